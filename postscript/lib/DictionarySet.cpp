@@ -1,0 +1,63 @@
+#include "DictionarySet.h"
+
+#include "Interpreter.h"
+#include "NameObject.h"
+
+namespace {
+DictionaryObject* newDictionary(VirtualMemoryObject* memory, const char* name, DictionaryData*& data) {
+    data = new DictionaryData(name);
+    return new DictionaryObject(memory, data);
+}
+
+const char* const dictionaryNames[] = {"systemdict", "globaldict", "userdict", "errordict"};
+} // namespace
+
+DictionarySet::DictionarySet(MemoryRecord* memories)
+    : memories(memories), dictionaryStack(std::make_unique<ObjectStack>("Dictionary Stack")) {
+    systemDict = newDictionary(memories->globalMemory, "System", systemData);
+    globalDict = newDictionary(memories->globalMemory, "Global", globalData);
+    userDict = newDictionary(memories->localMemory, "User", userData);
+    errorDict = newDictionary(memories->localMemory, "Error", errorData);
+    DictionaryData* fontData = nullptr;
+    fontDirectory = newDictionary(memories->globalMemory, "Font", fontData);
+    addReference(fontDirectory);
+    dictionaryStack->push(systemDict);
+    dictionaryStack->push(globalDict);
+    dictionaryStack->push(userDict);
+    addReference(errorDict);
+}
+
+DictionarySet::~DictionarySet() {
+    // systemdict holds the four dictionaries, itself among them: break the loop first.
+    for (const char* name : dictionaryNames) systemData->remove(name);
+    releaseReference(errorDict);
+    releaseReference(fontDirectory);
+    dictionaryStack.reset();
+}
+
+DictionaryObject* DictionarySet::findDictionaryWith(const PostscriptObject* key) const {
+    std::string text = keyText(key);
+    const auto& stack = dictionaryStack->items;
+    for (auto it = stack.rbegin(); it != stack.rend(); ++it) {
+        if ((*it)->type != ps_dictionary) return nullptr;
+        auto* dictionary = static_cast<DictionaryObject*>(*it);
+        if (dictionary->dictionaryData()->find(text)) return dictionary;
+    }
+    return nullptr;
+}
+
+PostscriptObject* DictionarySet::lookup(const PostscriptObject* key) const {
+    if (key->type == ps_name) return lookupText(static_cast<const NameObject*>(key)->text());
+    return lookupText(keyText(key));
+}
+
+PostscriptObject* DictionarySet::lookupText(std::string_view text) const {
+    const auto& stack = dictionaryStack->items;
+    for (auto it = stack.rbegin(); it != stack.rend(); ++it) {
+        if ((*it)->type != ps_dictionary) return nullptr;
+        if (PostscriptObject* value =
+                static_cast<DictionaryObject*>(*it)->dictionaryData()->find(text))
+            return value;
+    }
+    return nullptr;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "DictionaryObject.h"
+#include "ObjectStack.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct MemoryRecord;
+
+// The dictionaries of an interpreter and the dictionary stack. Walks go from
+// the top of the stack down and stop at an entry that is not a dictionary.
+class DictionarySet {
+public:
+    explicit DictionarySet(MemoryRecord* memories);
+    ~DictionarySet();
+    DictionarySet(const DictionarySet&) = delete;
+    DictionarySet& operator=(const DictionarySet&) = delete;
+
+    DictionaryObject* findDictionaryWith(const PostscriptObject* key) const;
+    PostscriptObject* lookup(const PostscriptObject* key) const;
+    PostscriptObject* lookupText(std::string_view text) const;
+
+    // Names of the generated operators, and the names a later layer replaced.
+    std::vector<std::string> replacedNames;
+    std::vector<std::string> generatedNames;
+
+    DictionaryData* systemData;
+    DictionaryObject* systemDict;
+    DictionaryData* globalData;
+    DictionaryObject* globalDict;
+    DictionaryData* userData;
+    DictionaryObject* userDict;
+    DictionaryData* errorData;
+    DictionaryObject* errorDict;
+    MemoryRecord* memories;
+    DictionaryObject* fontDirectory;
+    std::unique_ptr<ObjectStack> dictionaryStack;
+};

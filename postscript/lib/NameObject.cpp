@@ -1,0 +1,27 @@
+#include "NameObject.h"
+
+#include "DictionarySet.h"
+#include "Interpreter.h"
+#include "StringObject.h"
+
+const NameAtom* NameTable::intern(std::string_view text) {
+    auto found = atoms_.find(text);
+    if (found != atoms_.end()) return found->second.get();
+    auto atom = std::make_unique<NameAtom>(text);
+    const NameAtom* result = atom.get();
+    atoms_.emplace(std::string(text), std::move(atom));
+    return result;
+}
+
+std::string NameObject::describe() const { return std::string(typeName(type)) + " " + atom->text; }
+
+void NameObject::execute(Interpreter& interpreter) {
+    PostscriptObject* value = interpreter.dictionaries->lookupText(atom->text);
+    if (value) {
+        armProcedure(value);
+        interpreter.executionStack->push(value);
+        return;
+    }
+    // There is no "undefined": an unknown name becomes a string of its text.
+    interpreter.operandStack->push(interpreter.makeString(atom->text));
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "PostscriptObject.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+// One entry per distinct name text of an interpreter. Look-up stays by text;
+// the entry only spares a copy of the text per token and is where cached
+// look-up results can live.
+struct NameAtom {
+    explicit NameAtom(std::string_view text) : text(text) {}
+    std::string text;
+};
+
+class NameTable {
+public:
+    const NameAtom* intern(std::string_view text);
+    std::size_t size() const { return atoms_.size(); }
+
+private:
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view s) const noexcept {
+            return std::hash<std::string_view>{}(s);
+        }
+    };
+    std::unordered_map<std::string, std::unique_ptr<NameAtom>, Hash, std::equal_to<>> atoms_;
+};
+
+// A name, and the base of every operator: an operator is a name whose execute
+// is its action.
+class NameObject : public PostscriptObject {
+public:
+    explicit NameObject(const NameAtom* atom, bool executable = true)
+        : PostscriptObject(ps_name, executable), atom(atom) {}
+
+    const std::string& text() const { return atom->text; }
+
+    void execute(Interpreter& interpreter) override;
+    std::string describe() const override;
+    std::string doubleEqualsText() const override { return atom->text; }
+    std::string equalsText() const override { return atom->text; }
+    // A plain executable name with the same text, also for operators: the
+    // clone finds the operator again by look-up.
+    PostscriptObject* clone(VirtualMemoryObject*) const override {
+        return new NameObject(atom, true);
+    }
+
+    const NameAtom* atom;
+};

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+// The number rules of the scanner, reproduced by hand so that they do not
+// depend on the C library's locale or on the width of long.
+namespace numbers {
+
+// strtol() with Windows' 32-bit long: leading white space, a sign, base 0 for
+// C prefixes, saturation. Returns how many bytes were used, 0 when none.
+std::size_t parseLong(std::string_view text, int base, int32_t& value);
+
+// atoi(), saturating at the 32-bit limits.
+int32_t parseDecimal(std::string_view text);
+
+// An optional sign or a first digit, then digits only. "+" and "-" qualify.
+bool isDecimalToken(std::string_view token);
+
+// Digits, at most one ".", at most one "E" or "e", a sign only at the start.
+bool isRealToken(std::string_view token);
+
+// strtod() of a token that passed isRealToken: no digits give 0; overflow and
+// underflow are failures (false).
+bool parseReal(std::string_view token, double& value);
+
+} // namespace numbers

@@ -1,0 +1,264 @@
+#include "Parser.h"
+
+#include "DictionarySet.h"
+#include "Interpreter.h"
+#include "NameObject.h"
+#include "NumberUtils.h"
+#include "PostscriptException.h"
+#include "StringObject.h"
+#include "ValueObjects.h"
+
+#include <array>
+
+namespace {
+
+using StopSet = std::array<bool, 256>;
+
+// NUL stops in every state: the stop test has strchr's semantics.
+constexpr StopSet makeStopSet(std::string_view stops) {
+    StopSet set{};
+    set[0] = true;
+    for (char c : stops) set[static_cast<unsigned char>(c)] = true;
+    return set;
+}
+
+constexpr std::string_view normalStops = "\n\r \t\f()<>[]{}%/";
+constexpr StopSet stopSets[6] = {
+    makeStopSet(normalStops), // normal
+    makeStopSet("\n\f\r"),    // comment
+    makeStopSet("\\()"),      // literalString
+    makeStopSet(">"),         // angleString
+    makeStopSet("~"),         // ascii85Tail
+    makeStopSet(normalStops), // literalName
+};
+
+bool isOctal(char c) { return c >= '0' && c <= '7'; }
+
+} // namespace
+
+unsigned char Parser::nextChar() {
+    if (cursor >= end) PS_THROW("Cannot get next char when none left");
+    return *cursor++;
+}
+
+void Parser::skipChar() {
+    if (cursor >= end) PS_THROW("Cannot skip when no chars left");
+    ++cursor;
+}
+
+void Parser::backChar() {
+    if (!begin || cursor <= begin) PS_THROW("Cannot go back");
+    --cursor;
+}
+
+PostscriptObject* Parser::makeName(std::string_view text, bool executable) {
+    return new NameObject(names->intern(text), executable);
+}
+
+PostscriptObject* Parser::makeString(std::string_view text, const char* filter) {
+    auto* string = new StringObject(memory->currentMemory, text);
+    if (filter) string->stringData()->filters.emplace_back(filter);
+    return string;
+}
+
+PostscriptObject* Parser::nextObject() {
+    for (;;) {
+        if (inEscape) {
+            if (cursor >= end) return nullptr;
+            escape += static_cast<char>(*cursor++);
+            escapeAction();
+            continue;
+        }
+        if (cursor >= end) return nullptr;
+        const StopSet& stops = stopSets[state];
+        const unsigned char* start = cursor;
+        while (cursor < end && !stops[*cursor]) ++cursor;
+        // A comment's text is dropped at its end anyway; don't keep it.
+        if (state != comment) token.append(reinterpret_cast<const char*>(start), cursor - start);
+        if (cursor >= end) return nullptr;
+        delimiter = *cursor;
+
+        switch (state) {
+        case normal:
+            if (!token.empty()) return finishToken();
+            skipChar();
+            switch (delimiter) {
+            case '/': state = literalName; break;
+            case '%': state = comment; break;
+            case '(':
+                state = literalString;
+                parenDepth = 0;
+                break;
+            case '<': state = angleString; break;
+            case '[':
+            case ']':
+            case '{':
+            case '}': {
+                char text = static_cast<char>(delimiter);
+                return makeName(std::string_view(&text, 1), true);
+            }
+            default: break; // white space, a stray ")" or ">", a NUL
+            }
+            break;
+
+        case comment:
+            token.clear();
+            skipChar();
+            state = normal;
+            break;
+
+        case literalName:
+            if (token.empty() && delimiter != '/') {
+                state = normal;
+                return makeName({}, false);
+            }
+            if (token.empty()) {
+                // The second slash of an immediately evaluated name.
+                token += static_cast<char>(nextChar());
+                break;
+            }
+            if (token.size() > 1 && token[0] == '/') {
+                PostscriptObject* value =
+                    dictionaries->lookupText(std::string_view(token).substr(1));
+                if (!value) PS_THROW("Undefined Immediately Evaluated Name");
+                token.clear();
+                state = normal;
+                return value;
+            } else {
+                PostscriptObject* name = makeName(token, false);
+                token.clear();
+                state = normal;
+                return name;
+            }
+
+        case literalString:
+            skipChar();
+            if (delimiter == ')' && parenDepth < 1) {
+                PostscriptObject* string = makeString(token, nullptr);
+                token.clear();
+                state = normal;
+                return string;
+            }
+            if (delimiter == ')') {
+                --parenDepth;
+                token += ')';
+            } else if (delimiter == '(') {
+                ++parenDepth;
+                token += '(';
+            } else if (delimiter == '\\') {
+                escape.clear();
+                inEscape = true;
+            } else {
+                PS_THROW("Unexpected separator when parsing for end of literal string");
+            }
+            break;
+
+        case angleString: {
+            bool ascii85 = !token.empty() && token.front() == '~';
+            if (ascii85 && token.back() == '~') {
+                token += static_cast<char>(nextChar());
+                PostscriptObject* string =
+                    makeString(std::string_view(token).substr(1), "ASCII85Decode");
+                token.clear();
+                state = normal;
+                return string;
+            }
+            if (ascii85) {
+                // The ">" is part of the ASCII85 data; read on to the "~".
+                state = ascii85Tail;
+                token += static_cast<char>(nextChar());
+                break;
+            }
+            token += static_cast<char>(nextChar());
+            PostscriptObject* string = makeString(token, "ASCIIHexDecode");
+            token.clear();
+            state = normal;
+            return string;
+        }
+
+        case ascii85Tail: {
+            token += static_cast<char>(nextChar());
+            PostscriptObject* string =
+                makeString(std::string_view(token).substr(1), "ASCII85Decode");
+            token.clear();
+            state = normal;
+            return string;
+        }
+
+        default:
+            PS_THROWF("Scanner in unknown state %u", state);
+        }
+    }
+}
+
+void Parser::escapeAction() {
+    auto convert = [this] {
+        int32_t value = 0;
+        std::size_t used = numbers::parseLong(escape, 8, value);
+        inEscape = false;
+        if (used == escape.size()) token += static_cast<char>(value & 0xFF);
+    };
+    switch (escape.size()) {
+    case 1: {
+        char c = escape[0];
+        switch (c) {
+        case 'n': token += '\n'; break;
+        case 'r': token += '\r'; break;
+        case 't': token += '\t'; break;
+        case 'b': token += '\b'; break;
+        case 'f': token += '\f'; break;
+        case '\\':
+        case '(':
+        case ')': token += c; break;
+        case '\n':
+        case '\r': return; // a line end may pair with the next byte
+        default:
+            if (isOctal(c)) return;
+            PS_THROW("Unsupported character escape in string");
+        }
+        inEscape = false;
+        return;
+    }
+    case 2:
+        if (!isOctal(escape[0])) {
+            // LF CR is one line end; otherwise the second byte is string text.
+            if (escape[1] != '\r') backChar();
+            inEscape = false;
+        } else if (!isOctal(escape[1])) {
+            backChar();
+            convert();
+        }
+        return;
+    default:
+        if (!isOctal(escape[2])) backChar();
+        convert();
+        return;
+    }
+}
+
+PostscriptObject* Parser::finishToken() {
+    std::string_view text(token);
+    text = text.substr(0, text.find('\0'));
+    PostscriptObject* result = nullptr;
+    auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    int32_t value = 0;
+
+    if (text.size() >= 3 && text[1] == '#' && isDigit(text[0])) {
+        std::string_view digits = text.substr(2);
+        if (numbers::parseLong(digits, text[0] - '0', value) == digits.size())
+            result = new IntegerObject(value);
+    }
+    if (!result && text.size() >= 4 && text[2] == '#' && isDigit(text[0]) && isDigit(text[1])) {
+        std::string_view digits = text.substr(3);
+        int base = (text[0] - '0') * 10 + (text[1] - '0');
+        if (numbers::parseLong(digits, base, value) == digits.size())
+            result = new IntegerObject(value);
+    }
+    if (!result && numbers::isDecimalToken(text)) result = new IntegerObject(numbers::parseDecimal(text));
+    double real = 0;
+    if (!result && numbers::isRealToken(text) && numbers::parseReal(text, real))
+        result = new RealObject(real);
+    if (!result) result = makeName(text, true);
+    token.clear();
+    return result;
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+// The one failure of the conversion face. It carries the source location of the
+// throw; the host sees "[file:line] message".
+class PostscriptException {
+public:
+    PostscriptException(const char* file, uint32_t line, std::string message)
+        : file(file), line(line), message(std::move(message)) {}
+
+    const std::string& formattedText();
+
+    const char* file;
+    uint32_t line;
+    std::string message;
+    std::string text;
+};
+
+// printf-style formatting through a buffer of 1500 bytes; longer output is cut.
+std::string formatString(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+#define PS_THROW(message) throw PostscriptException(__FILE__, __LINE__, (message))
+#define PS_THROWF(...) throw PostscriptException(__FILE__, __LINE__, formatString(__VA_ARGS__))

@@ -1,0 +1,80 @@
+#include "support/TestSupport.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+namespace testing_support {
+
+namespace {
+const double identity[6] = {1, 0, 0, 1, 0, 0};
+}
+
+Session::Session() : pdf(identity) {}
+
+bool Session::run(std::string_view text) {
+    pdf.contentText.clear();
+    return pdf.executeBuffer(reinterpret_cast<const unsigned char*>(text.data()),
+                             static_cast<uint32_t>(text.size()));
+}
+
+bool Session::runSplit(std::string_view text, const std::vector<std::size_t>& cuts) {
+    bool ok = true;
+    std::size_t from = 0;
+    for (std::size_t cut : cuts) {
+        ok = run(text.substr(from, cut - from)) && ok;
+        from = cut;
+    }
+    return run(text.substr(from)) && ok;
+}
+
+std::string describeStack(const ObjectStack& stack) {
+    std::string text;
+    for (const PostscriptObject* object : stack.items) {
+        if (!text.empty()) text += " | ";
+        text += object->describe();
+    }
+    return text;
+}
+
+std::string Session::stack() const { return describeStack(*pdf.interpreter->operandStack); }
+
+std::string Session::stackValues() const {
+    std::string text;
+    for (const PostscriptObject* object : pdf.interpreter->operandStack->items) {
+        if (!text.empty()) text += ' ';
+        text += object->doubleEqualsText();
+    }
+    return text;
+}
+
+std::string Session::error() const {
+    const std::string& full = pdf.errorText;
+    std::size_t close = full.find("] ");
+    std::string message = close == std::string::npos ? full : full.substr(close + 2);
+    if (!message.empty() && message.back() == '\n') message.pop_back();
+    return message;
+}
+
+std::vector<std::filesystem::path> samplePrograms() {
+    std::vector<std::filesystem::path> found;
+    std::error_code ec;
+    std::filesystem::path root(KEL_SAMPLES_DIR);
+    if (!std::filesystem::is_directory(root, ec)) return found;
+    for (auto& entry : std::filesystem::recursive_directory_iterator(root, ec)) {
+        if (!entry.is_regular_file()) continue;
+        if (entry.path().extension() == ".md") continue;
+        found.push_back(entry.path());
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+std::string readFile(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+} // namespace testing_support

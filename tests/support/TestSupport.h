@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Interpreter.h"
+#include "Postscript2Pdf.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace testing_support {
+
+// A handle's translator and interpreter, driven through the C++ interface.
+class Session {
+public:
+    Session();
+
+    // Runs one buffer through executeBuffer; false after a failure.
+    bool run(std::string_view text);
+    // Runs the text as several buffers, split at the given offsets.
+    bool runSplit(std::string_view text, const std::vector<std::size_t>& cuts);
+
+    Interpreter& interpreter() { return *pdf.interpreter; }
+    // The operand stack, bottom first: each object's describe() text, joined by " | ".
+    std::string stack() const;
+    // The same in the "==" form, joined by blanks.
+    std::string stackValues() const;
+    // The message of the last failure, without the "Exception:[file:line] " prefix.
+    std::string error() const;
+
+    Postscript2Pdf pdf;
+};
+
+// describe() of every element, bottom first, joined by " | ".
+std::string describeStack(const ObjectStack& stack);
+
+// Real driver PostScript beside the repository; empty when absent.
+std::vector<std::filesystem::path> samplePrograms();
+std::string readFile(const std::filesystem::path& path);
+
+} // namespace testing_support
