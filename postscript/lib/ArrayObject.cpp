@@ -26,6 +26,7 @@ std::string ArrayObject::describe() const {
 }
 
 std::string ArrayObject::doubleEqualsText() const {
+    NestingGuard guard("Array nested too deeply to print");
     std::string text = "[";
     for (PostscriptObject* element : items().items) {
         text += element ? element->doubleEqualsText() : std::string("-invalid null ob-");

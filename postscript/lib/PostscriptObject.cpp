@@ -2,6 +2,7 @@
 
 #include "ArrayObject.h"
 #include "Interpreter.h"
+#include "PostscriptException.h"
 
 #include <vector>
 
@@ -74,4 +75,14 @@ void disarmProcedure(PostscriptObject* object) {
     auto* array = static_cast<ArrayObject*>(object);
     array->executable = false;
     array->execIndex = 0;
+}
+
+int& NestingGuard::depth() {
+    thread_local int current = 0;
+    return current;
+}
+
+NestingGuard::NestingGuard(const char* message) {
+    if (depth() >= limit) PS_THROW(message);
+    ++depth();
 }

@@ -109,3 +109,19 @@ public:
 private:
     T* object_;
 };
+
+// Bounds the recursion of walks over nested arrays and dictionaries, which a
+// program can make cyclic: past the limit the walk fails with the message
+// instead of exhausting the machine stack.
+class NestingGuard {
+public:
+    explicit NestingGuard(const char* message);
+    ~NestingGuard() { --depth(); }
+    NestingGuard(const NestingGuard&) = delete;
+    NestingGuard& operator=(const NestingGuard&) = delete;
+
+    static constexpr int limit = 1000;
+
+private:
+    static int& depth();
+};

@@ -1,6 +1,12 @@
 #include "support/TestSupport.h"
 
+#include "NameObject.h"
+#include "Parser.h"
+#include "PostscriptException.h"
+#include "StringObject.h"
+
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <sstream>
 
@@ -26,6 +32,53 @@ bool Session::runSplit(std::string_view text, const std::vector<std::size_t>& cu
         from = cut;
     }
     return run(text.substr(from)) && ok;
+}
+
+std::string render(const PostscriptObject* object) {
+    if (object->type == ps_string) {
+        const auto* string = static_cast<const StringObject*>(object);
+        std::string text = "(";
+        for (unsigned char c : string->text()) {
+            if (c >= 0x20 && c < 0x7F && c != '\\') {
+                text += static_cast<char>(c);
+            } else {
+                char hex[8];
+                std::snprintf(hex, sizeof hex, "\\x%02X", c);
+                text += hex;
+            }
+        }
+        text += ')';
+        for (const std::string& filter : string->stringData()->filters) text += " /" + filter;
+        return text;
+    }
+    if (object->type == ps_name) {
+        const auto* name = static_cast<const NameObject*>(object);
+        return (object->executable ? "" : "/") + name->text();
+    }
+    return object->describe();
+}
+
+std::vector<std::string> scanAll(std::string_view text, const std::vector<std::size_t>& cuts) {
+    Interpreter interpreter;
+    Parser& parser = *interpreter.parser;
+    std::vector<std::string> objects;
+    std::size_t from = 0;
+    auto scan = [&](std::size_t to) {
+        auto* data = reinterpret_cast<const unsigned char*>(text.data());
+        parser.setBuffer(data + from, data + to);
+        from = to;
+        while (PostscriptObject* object = parser.nextObject()) {
+            objects.push_back(render(object));
+            releaseIfUnreferenced(object);
+        }
+    };
+    try {
+        for (std::size_t cut : cuts) scan(cut);
+        scan(text.size());
+    } catch (PostscriptException& failure) {
+        objects.push_back("ERROR: " + failure.message);
+    }
+    return objects;
 }
 
 std::string describeStack(const ObjectStack& stack) {

@@ -31,6 +31,14 @@ public:
     Postscript2Pdf pdf;
 };
 
+// A compact, exact picture of one object for scanner tests: strings as
+// (bytes) with their filters, names as text or /text, the rest by describe().
+std::string render(const PostscriptObject* object);
+
+// Scans text as buffers split at the given offsets with a fresh interpreter's
+// scanner, and renders every object. A failure ends the scan with "ERROR: <message>".
+std::vector<std::string> scanAll(std::string_view text, const std::vector<std::size_t>& cuts = {});
+
 // describe() of every element, bottom first, joined by " | ".
 std::string describeStack(const ObjectStack& stack);
 

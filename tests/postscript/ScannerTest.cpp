@@ -1,0 +1,165 @@
+#include "support/TestSupport.h"
+
+#include "DictionarySet.h"
+#include "Parser.h"
+#include "PostscriptException.h"
+#include "ValueObjects.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+using testing_support::scanAll;
+
+namespace {
+
+struct ScanCase {
+    const char* input;
+    std::vector<std::string> objects;
+};
+
+void PrintTo(const ScanCase& c, std::ostream* os) { *os << '"' << c.input << '"'; }
+
+class Scanner : public ::testing::TestWithParam<ScanCase> {};
+
+TEST_P(Scanner, Objects) {
+    const ScanCase& c = GetParam();
+    EXPECT_EQ(scanAll(c.input), c.objects);
+}
+
+// Numbers: radix, saturation and the odd real forms are the scanner's own rules.
+INSTANTIATE_TEST_SUITE_P(Numbers, Scanner, ::testing::Values(
+    ScanCase{"16#FF ", {"ps_integer 255"}},
+    ScanCase{"8#777 ", {"ps_integer 511"}},
+    ScanCase{"2#102 ", {"2#102"}},
+    ScanCase{"36#zz 36#ZZ ", {"ps_integer 1295", "ps_integer 1295"}},
+    ScanCase{"10#-5 16#+a ", {"ps_integer -5", "ps_integer 10"}},
+    ScanCase{"0#0x1F 0#017 0#09 0#9 ", {"ps_integer 31", "ps_integer 15", "0#09", "ps_integer 9"}},
+    ScanCase{"1#1 37#1 16# ", {"1#1", "37#1", "16#"}},
+    ScanCase{"16#7FFFFFFFFF 16#-FFFFFFFFF ", {"ps_integer 2147483647", "ps_integer -2147483648"}},
+    ScanCase{"2147483647 2147483648 -2147483649 ",
+             {"ps_integer 2147483647", "ps_integer 2147483647", "ps_integer -2147483648"}},
+    ScanCase{"+ - +7 -0 ", {"ps_integer 0", "ps_integer 0", "ps_integer 7", "ps_integer 0"}},
+    ScanCase{"1e5 1E2 .5 -.5 5. ",
+             {"ps_real 100000.000000", "ps_real 100.000000", "ps_real 0.500000",
+              "ps_real -0.500000", "ps_real 5.000000"}},
+    ScanCase{"e E . .e +e 2e ",
+             {"ps_real 0.000000", "ps_real 0.000000", "ps_real 0.000000", "ps_real 0.000000",
+              "ps_real 0.000000", "ps_real 2.000000"}},
+    ScanCase{"1e-5 1.5.2 1e5e 1e+5 5- ", {"1e-5", "1.5.2", "1e5e", "1e+5", "5-"}},
+    ScanCase{"1e999 ", {"1e999"}},
+    ScanCase{"1.5 ", {"ps_real 1.500000"}}));
+
+INSTANTIATE_TEST_SUITE_P(Names, Scanner, ::testing::Values(
+    ScanCase{"abc /abc ", {"abc", "/abc"}},
+    ScanCase{"/ x ", {"/", "x"}},
+    ScanCase{"// x ", {"//", "x"}},
+    ScanCase{"/a/b{c}", {"/a", "/b", "{", "c", "}"}},
+    ScanCase{"[]{}", {"[", "]", "{", "}"}},
+    ScanCase{"a)b>c ", {"a", "b", "c"}},
+    ScanCase{"%comment\n5 %% more\r6 %x\f7", {"ps_integer 5", "ps_integer 6"}},
+    ScanCase{"//languagelevel //version ", {"ps_integer 2", "(49)"}},
+    ScanCase{"//nothing ", {"ERROR: Undefined Immediately Evaluated Name"}}));
+
+INSTANTIATE_TEST_SUITE_P(LiteralStrings, Scanner, ::testing::Values(
+    ScanCase{"(abc)", {"(abc)"}},
+    ScanCase{"(a(b)c)", {"(a(b)c)"}},
+    ScanCase{"(a\\)b)", {"(a)b)"}},
+    ScanCase{"(\\n\\r\\t\\b\\f\\\\\\(\\))", {"(\\x0A\\x0D\\x09\\x08\\x0C\\x5C())"}},
+    ScanCase{"(\\101\\060\\0611)", {"(A011)"}},
+    ScanCase{"(\\777)", {"(\\xFF)"}},
+    ScanCase{"(\\1x\\12y\\1)", {"(xy)"}},
+    ScanCase{"(a\\\nb)", {"(ab)"}},
+    ScanCase{"(a\\\n\rb)", {"(ab)"}},
+    ScanCase{"(a\\\r\nb)", {"(a\\x0Ab)"}},
+    ScanCase{"(a\\\rb)", {"(ab)"}},
+    ScanCase{"(line\none)", {"(line\\x0Aone)"}},
+    ScanCase{"(\\q)", {"ERROR: Unsupported character escape in string"}}));
+
+INSTANTIATE_TEST_SUITE_P(EncodedStrings, Scanner, ::testing::Values(
+    ScanCase{"<414243>", {"(414243>) /ASCIIHexDecode"}},
+    ScanCase{"<>", {"(>) /ASCIIHexDecode"}},
+    ScanCase{"<~abc~>", {"(abc~>) /ASCII85Decode"}},
+    ScanCase{"<~a>b~>", {"(a>b~) /ASCII85Decode"}},
+    ScanCase{"<~~>", {"(~>) /ASCII85Decode"}},
+    ScanCase{"<< /a 1 >>", {"(< /a 1 >) /ASCIIHexDecode"}}));
+
+TEST(ScannerNul, NulEndsCommentsAndStopsStrings) {
+    using namespace std::string_literals;
+    EXPECT_EQ(scanAll("%abc\0"s "5 "s), (std::vector<std::string>{"ps_integer 5"}));
+    EXPECT_EQ(scanAll("1\0"s "2 "s), (std::vector<std::string>{"ps_integer 1", "ps_integer 2"}));
+    EXPECT_EQ(scanAll("(a\0b)"s),
+              (std::vector<std::string>{
+                  "ERROR: Unexpected separator when parsing for end of literal string"}));
+    EXPECT_EQ(scanAll("<41\0"s), (std::vector<std::string>{"(41\\x00) /ASCIIHexDecode"}));
+}
+
+TEST(ScannerBuffers, IncompleteTokenWaitsForTheNextBuffer) {
+    testing_support::Session s;
+    Parser& parser = *s.interpreter().parser;
+    auto feed = [&](const char* text) {
+        auto* data = reinterpret_cast<const unsigned char*>(text);
+        parser.setBuffer(data, data + std::strlen(text));
+        std::vector<std::string> out;
+        while (PostscriptObject* o = parser.nextObject()) {
+            out.push_back(testing_support::render(o));
+            releaseIfUnreferenced(o);
+        }
+        return out;
+    };
+    EXPECT_TRUE(feed("12").empty());
+    EXPECT_EQ(parser.token, "12");
+    EXPECT_TRUE(feed("34").empty());
+    EXPECT_EQ(feed(" x"), (std::vector<std::string>{"ps_integer 1234"}));
+    EXPECT_EQ(feed(" (a\\"), (std::vector<std::string>{"x"}));
+    EXPECT_TRUE(parser.inEscape);
+    EXPECT_EQ(feed("101) "), (std::vector<std::string>{"(aA)"}));
+}
+
+TEST(ScannerBuffers, UndefinedImmediateNameKeepsItsToken) {
+    testing_support::Session s;
+    Parser& parser = *s.interpreter().parser;
+    const char text[] = "//later ";
+    parser.setBuffer(reinterpret_cast<const unsigned char*>(text),
+                     reinterpret_cast<const unsigned char*>(text) + 8);
+    try {
+        parser.nextObject();
+        FAIL() << "expected a failure";
+    } catch (PostscriptException& failure) {
+        EXPECT_EQ(failure.message, "Undefined Immediately Evaluated Name");
+    }
+    EXPECT_EQ(parser.token, "/later");
+    EXPECT_EQ(parser.state, Parser::literalName);
+
+    // Once defined, the same token resolves to the dictionary's own object.
+    auto* value = new IntegerObject(7);
+    s.interpreter().dictionaries->userData->putText("later", value);
+    parser.setBuffer(reinterpret_cast<const unsigned char*>(text) + 7,
+                     reinterpret_cast<const unsigned char*>(text) + 8);
+    EXPECT_EQ(parser.nextObject(), value);
+    EXPECT_EQ(value->refCount, 1);
+}
+
+TEST(ScannerPrimitives, CharacterAccessFailsAtTheEdges) {
+    testing_support::Session s;
+    Parser& parser = *s.interpreter().parser;
+    struct Step {
+        void (*action)(Parser&);
+        const char* message;
+    };
+    const Step steps[] = {
+        {[](Parser& p) { p.backChar(); }, "Cannot go back"},
+        {[](Parser& p) { p.nextChar(); }, "Cannot get next char when none left"},
+        {[](Parser& p) { p.skipChar(); }, "Cannot skip when no chars left"},
+    };
+    for (const Step& step : steps) {
+        try {
+            step.action(parser);
+            ADD_FAILURE() << "no failure for " << step.message;
+        } catch (PostscriptException& failure) {
+            EXPECT_EQ(failure.message, step.message);
+        }
+    }
+}
+
+} // namespace
