@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace platform {
+
+inline constexpr std::uint32_t detachedProcess = 0x8;
+inline constexpr std::uint32_t normalPriorityClass = 0x20;
+inline constexpr std::uint16_t swHide = 0;
+
+struct ProcessStart {
+    std::u16string commandLine;
+    std::optional<std::u16string> workingDirectory;
+    std::uint32_t creationFlags = 0;
+    std::optional<std::uint16_t> showWindow; // STARTF_USESHOWWINDOW with this value
+};
+
+class Process {
+public:
+    virtual ~Process() = default; // closes both handles
+    virtual bool wait(std::uint32_t milliseconds) = 0;
+    virtual std::optional<std::uint32_t> exitCode() = 0;
+};
+
+class Processes {
+public:
+    virtual ~Processes() = default;
+    // CreateProcessW without inherited handles; null on failure.
+    virtual std::unique_ptr<Process> createProcess(const ProcessStart& start) = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace platform {
+
+struct OsVersion {
+    std::uint32_t major = 0, minor = 0, build = 0, platformId = 0;
+};
+
+struct Guid {
+    std::uint32_t data1 = 0;
+    std::uint16_t data2 = 0, data3 = 0;
+    std::array<std::uint8_t, 8> data4{};
+};
+
+enum class KnownFolder { LocalAppData, RoamingAppData, Documents };
+
+// "Netapi32.dll" with NetGetDCName and NetApiBufferFree.
+class NetApi {
+public:
+    virtual ~NetApi() = default;
+    // NetGetDCName(NULL, NULL): the status, and the name on success.
+    virtual std::uint32_t getDcName(std::u16string& name) = 0;
+};
+
+class System {
+public:
+    virtual ~System() = default;
+    virtual std::optional<OsVersion> osVersion() = 0; // GetVersionExA
+    // GetUserNameW with a buffer of bufferChars characters.
+    virtual std::optional<std::u16string> userName(std::size_t bufferChars) = 0;
+    virtual std::optional<std::u16string> environment(const std::u16string& name) = 0;
+    virtual std::uint32_t tickCount() = 0;
+    virtual void sleep(std::uint32_t milliseconds) = 0;
+    virtual std::uint32_t currentThreadId() = 0;
+    virtual std::uint32_t currentProcessId() = 0;
+    // The C runtime's generator, which the design seeds and draws from.
+    virtual void seedRandom(std::uint32_t seed) = 0;
+    virtual int random() = 0;
+    // GetTimeZoneInformation's Bias in minutes: UTC = local time + bias.
+    virtual std::int32_t timeZoneBias() = 0;
+    virtual std::optional<Guid> createGuid() = 0;
+    // SHGetKnownFolderIDList with flag 0x100 first, then SHGetKnownFolderPath.
+    virtual std::optional<std::u16string> knownFolder(KnownFolder folder) = 0;
+    virtual std::optional<std::u16string> systemDirectory() = 0;
+    virtual std::uint32_t lastError() = 0;
+    virtual void setLastError(std::uint32_t code) = 0;
+    // FormatMessageW from the system, language 0x400; nullopt without a text.
+    virtual std::optional<std::u16string> errorMessage(std::uint32_t code) = 0;
+    // Null when the library or one of its two functions is missing.
+    virtual std::unique_ptr<NetApi> loadNetApi() = 0;
+};
+
+} // namespace platform

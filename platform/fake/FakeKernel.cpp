@@ -1,0 +1,232 @@
+#include "platform/fake/FakeInternals.h"
+
+#include <cstring>
+
+namespace platform {
+
+namespace {
+using Object = FakePlatform::NamedObject;
+
+class FakeView : public MappedView {
+public:
+    explicit FakeView(std::shared_ptr<Object> object) : object_(std::move(object)) {}
+    std::uint8_t* data() override { return object_->memory.data(); }
+
+private:
+    std::shared_ptr<Object> object_; // a view keeps its mapping alive, as in the kernel
+};
+} // namespace
+
+class FakeMappingHandle : public FileMapping {
+public:
+    FakeMappingHandle(FakePlatform& fake, std::shared_ptr<Object> object)
+        : fake_(fake), object_(std::move(object)) {}
+    std::unique_ptr<MappedView> mapView(std::uint32_t) override {
+        if (fake_.failing(Call::MapViewOfFile)) return nullptr;
+        return std::make_unique<FakeView>(object_);
+    }
+
+private:
+    FakePlatform& fake_;
+    std::shared_ptr<Object> object_;
+};
+
+class FakeEventHandle : public Event {
+public:
+    FakeEventHandle(FakePlatform& fake, std::shared_ptr<Object> object)
+        : fake_(fake), object_(std::move(object)) {}
+    bool set() override {
+        if (fake_.failing(Call::SetEvent)) return false;
+        object_->signalled = true;
+        auto hook = fake_.eventHooks_.find(object_->name);
+        if (hook != fake_.eventHooks_.end() && !object_->name.empty()) hook->second();
+        return true;
+    }
+    WaitResult wait(std::uint32_t milliseconds) override {
+        if (fake_.failing(Call::WaitForSingleObject)) return WaitResult::Failed;
+        if (object_->signalled) {
+            if (!object_->manualReset) object_->signalled = false;
+            return WaitResult::Signalled;
+        }
+        if (milliseconds == infinite) {
+            // Nobody else runs in the fake: this wait would never end.
+            ++fake_.foreverWaits;
+            return WaitResult::Failed;
+        }
+        fake_.ticks += milliseconds;
+        return WaitResult::Timeout;
+    }
+
+private:
+    FakePlatform& fake_;
+    std::shared_ptr<Object> object_;
+};
+
+class FakeMutexHandle : public Mutex {
+public:
+    FakeMutexHandle(FakePlatform& fake, std::shared_ptr<Object> object)
+        : fake_(fake), object_(std::move(object)) {}
+    ~FakeMutexHandle() override { object_->ownerCount -= held_; }
+    bool release() override {
+        if (held_ == 0) {
+            fake_.lastError_ = 288; // ERROR_NOT_OWNER
+            return false;
+        }
+        --held_;
+        --object_->ownerCount;
+        return true;
+    }
+    WaitResult wait(std::uint32_t milliseconds) override {
+        if (fake_.failing(Call::WaitForSingleObject)) return WaitResult::Failed;
+        if (object_->ownerCount == 0 || held_ > 0) {
+            ++held_;
+            ++object_->ownerCount;
+            return WaitResult::Signalled;
+        }
+        if (milliseconds == infinite) {
+            ++fake_.foreverWaits;
+            return WaitResult::Failed;
+        }
+        fake_.ticks += milliseconds;
+        return WaitResult::Timeout;
+    }
+    void own() {
+        ++held_;
+        ++object_->ownerCount;
+    }
+
+private:
+    FakePlatform& fake_;
+    std::shared_ptr<Object> object_;
+    int held_ = 0;
+};
+
+std::shared_ptr<Object> FakePlatform::findObject(const std::u16string& name) const {
+    auto it = objects_.find(name);
+    return it == objects_.end() ? nullptr : it->second.lock();
+}
+
+void FakePlatform::nameObject(const std::u16string& name, const std::shared_ptr<Object>& object) {
+    object->name = name;
+    if (!name.empty()) objects_[name] = object;
+}
+
+bool FakePlatform::exists(const std::u16string& name) const { return findObject(name) != nullptr; }
+
+void FakePlatform::onEventSet(const std::u16string& name, std::function<void()> hook) {
+    eventHooks_[name] = std::move(hook);
+}
+
+namespace {
+FakeObjectSecurity describe(const SecurityAttributes* attributes) {
+    FakeObjectSecurity s;
+    if (!attributes) return s;
+    s.hadAttributes = true;
+    s.length = attributes->length;
+    if (auto* d = static_cast<fake::DescriptorState*>(attributes->descriptor)) {
+        s.nullDacl = d->nullDacl;
+        if (d->sacl) s.label = *d->sacl;
+    }
+    return s;
+}
+} // namespace
+
+std::unique_ptr<FileMapping> FakePlatform::openFileMapping(std::uint32_t,
+                                                           const std::u16string& name) {
+    openedMappingNames.push_back(name);
+    if (failing(Call::OpenFileMapping)) return nullptr;
+    auto object = findObject(name);
+    if (!object || object->kind != Object::Kind::Mapping) {
+        lastError_ = object ? error::invalidHandle : error::fileNotFound;
+        return nullptr;
+    }
+    return std::make_unique<FakeMappingHandle>(*this, object);
+}
+
+std::unique_ptr<FileMapping> FakePlatform::createFileMapping(const SecurityAttributes* attributes,
+                                                             std::size_t size,
+                                                             const std::u16string& name) {
+    if (failing(Call::CreateFileMapping)) return nullptr;
+    auto object = findObject(name);
+    if (object) {
+        if (object->kind != Object::Kind::Mapping) {
+            lastError_ = error::invalidHandle;
+            return nullptr;
+        }
+        lastError_ = error::alreadyExists;
+    } else {
+        object = std::make_shared<Object>(Object{Object::Kind::Mapping, {}, false, false, 0, {}});
+        object->memory.assign(size, 0);
+        nameObject(name, object);
+        security_[name] = describe(attributes);
+        lastError_ = error::success;
+    }
+    return std::make_unique<FakeMappingHandle>(*this, object);
+}
+
+std::unique_ptr<Event> FakePlatform::createEvent(const SecurityAttributes* attributes,
+                                                 bool manualReset, bool initialState,
+                                                 const std::u16string& name) {
+    if (failing(Call::CreateEvent)) return nullptr;
+    auto object = findObject(name);
+    if (object) {
+        if (object->kind != Object::Kind::Event) {
+            lastError_ = error::invalidHandle;
+            return nullptr;
+        }
+        lastError_ = error::alreadyExists;
+    } else {
+        object = std::make_shared<Object>(
+            Object{Object::Kind::Event, {}, initialState, manualReset, 0, {}});
+        nameObject(name, object);
+        security_[name] = describe(attributes);
+        lastError_ = error::success;
+    }
+    return std::make_unique<FakeEventHandle>(*this, object);
+}
+
+std::unique_ptr<Event> FakePlatform::openEvent(std::uint32_t, const std::u16string& name) {
+    openedEventNames.push_back(name);
+    if (failing(Call::OpenEvent)) return nullptr;
+    auto object = findObject(name);
+    if (!object || object->kind != Object::Kind::Event) {
+        lastError_ = object ? error::invalidHandle : error::fileNotFound;
+        return nullptr;
+    }
+    return std::make_unique<FakeEventHandle>(*this, object);
+}
+
+std::unique_ptr<Mutex> FakePlatform::createMutex(const SecurityAttributes* attributes,
+                                                 bool initialOwner, const std::u16string& name) {
+    if (failing(Call::CreateMutex)) return nullptr;
+    auto object = findObject(name);
+    bool fresh = !object;
+    if (object) {
+        if (object->kind != Object::Kind::Mutex) {
+            lastError_ = error::invalidHandle;
+            return nullptr;
+        }
+        lastError_ = error::alreadyExists;
+    } else {
+        object = std::make_shared<Object>(Object{Object::Kind::Mutex, {}, false, false, 0, {}});
+        nameObject(name, object);
+        security_[name] = describe(attributes);
+        lastError_ = error::success;
+    }
+    auto handle = std::make_unique<FakeMutexHandle>(*this, object);
+    if (initialOwner && fresh) handle->own();
+    return handle;
+}
+
+std::unique_ptr<Mutex> FakePlatform::openMutex(std::uint32_t, const std::u16string& name) {
+    openedMutexNames.push_back(name);
+    if (failing(Call::OpenMutex)) return nullptr;
+    auto object = findObject(name);
+    if (!object || object->kind != Object::Kind::Mutex) {
+        lastError_ = object ? error::invalidHandle : error::fileNotFound;
+        return nullptr;
+    }
+    return std::make_unique<FakeMutexHandle>(*this, object);
+}
+
+} // namespace platform

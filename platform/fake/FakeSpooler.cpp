@@ -1,0 +1,153 @@
+#include "platform/WideText.h"
+#include "platform/fake/FakeInternals.h"
+
+namespace platform {
+
+class FakePrinterHandle : public Printer {
+public:
+    FakePrinterHandle(FakePlatform& fake, std::u16string name)
+        : fake_(fake), name_(std::move(name)) {}
+
+    bool getPrinter2(PrinterInfo2& out) override {
+        if (fake_.failing(Call::GetPrinter)) return false;
+        auto* p = printer();
+        if (!p) return false;
+        out = p->info;
+        out.cJobs = static_cast<std::uint32_t>(p->jobs.size());
+        return true;
+    }
+
+    bool getJob(std::uint32_t jobId, JobInfo2& out) override {
+        if (fake_.failing(Call::GetJob)) return false;
+        if (auto* p = printer()) {
+            for (const auto& job : p->jobs) {
+                if (job.jobId == jobId) {
+                    out = job;
+                    return true;
+                }
+            }
+        }
+        fake_.lastError_ = error::invalidParameter;
+        return false;
+    }
+
+    bool enumJobs(std::uint32_t firstJob, std::uint32_t count,
+                  std::vector<JobInfo2>& out) override {
+        if (fake_.failing(Call::EnumJobs)) return false;
+        auto* p = printer();
+        if (!p) return false;
+        out.clear();
+        for (std::size_t i = firstJob; i < p->jobs.size() && out.size() < count; ++i)
+            out.push_back(p->jobs[i]);
+        return true;
+    }
+
+    bool setJob(std::uint32_t jobId, std::uint32_t command) override {
+        if (fake_.failing(Call::SetJob)) return false;
+        auto* p = printer();
+        if (!p) return false;
+        for (auto it = p->jobs.begin(); it != p->jobs.end(); ++it) {
+            if (it->jobId != jobId) continue;
+            if (command == 3 || command == 5) p->jobs.erase(it); // cancel, delete
+            return true;
+        }
+        fake_.lastError_ = error::invalidParameter;
+        return false;
+    }
+
+    bool writePrinter(const void* data, std::uint32_t size, std::uint32_t& written) override {
+        written = 0;
+        if (fake_.failing(Call::WritePrinter)) return false;
+        auto* p = printer();
+        if (!p) return false;
+        auto* bytes = static_cast<const std::uint8_t*>(data);
+        p->written.insert(p->written.end(), bytes, bytes + size);
+        written = size;
+        return true;
+    }
+
+private:
+    FakePrinter* printer() {
+        auto* p = fake_.printer(name_);
+        if (!p) fake_.lastError_ = error::invalidHandle;
+        return p;
+    }
+    FakePlatform& fake_;
+    std::u16string name_;
+};
+
+FakePrinter& FakePlatform::addPrinter(const std::u16string& name, const std::u16string& driver,
+                                      const std::u16string& port) {
+    FakePrinter p;
+    p.info.printerName = name;
+    p.info.driverName = driver;
+    p.info.portName = port;
+    p.info.datatype = u"RAW";
+    p.info.printProcessor = u"winprint";
+    printers_.emplace_back(name, std::move(p));
+    return printers_.back().second;
+}
+
+FakePrinter* FakePlatform::printer(const std::u16string& name) {
+    for (auto& [key, p] : printers_)
+        if (equalsIgnoreCase(key, name)) return &p;
+    return nullptr;
+}
+
+bool FakePlatform::enumPrinters(std::uint32_t, std::vector<PrinterInfo2>& out) {
+    if (failing(Call::EnumPrinters)) return false;
+    out.clear();
+    for (const auto& [name, p] : printers_) {
+        out.push_back(p.info);
+        out.back().cJobs = static_cast<std::uint32_t>(p.jobs.size());
+    }
+    return true;
+}
+
+std::unique_ptr<Printer> FakePlatform::openPrinter(const std::u16string& name,
+                                                   const PrinterDefaults* defaults) {
+    if (failing(Call::OpenPrinter)) return nullptr;
+    auto* p = printer(name);
+    if (!p) {
+        lastError_ = error::invalidPrinterName;
+        return nullptr;
+    }
+    if (defaults) p->lastDefaults = *defaults;
+    return std::make_unique<FakePrinterHandle>(*this, name);
+}
+
+std::optional<std::u16string> FakePlatform::driverDirectory() {
+    if (failing(Call::GetPrinterDriverDirectory)) return std::nullopt;
+    return driverDir;
+}
+
+namespace {
+class FakeSpoolss : public SpoolssModule {
+public:
+    explicit FakeSpoolss(FakePlatform& fake, std::function<bool(Call)> failing,
+                         std::function<std::uintptr_t()> token)
+        : fake_(fake), failing_(std::move(failing)), token_(std::move(token)) {}
+    bool hasRevertToPrinterSelf() override { return fake_.spoolssHasRevert; }
+    std::uintptr_t revertToPrinterSelf() override {
+        return failing_(Call::RevertToPrinterSelf) ? 0 : token_();
+    }
+    bool impersonatePrinterClient(std::uintptr_t token) override {
+        if (failing_(Call::ImpersonatePrinterClient)) return false;
+        fake_.impersonatedWith = token;
+        return true;
+    }
+
+private:
+    FakePlatform& fake_;
+    std::function<bool(Call)> failing_;
+    std::function<std::uintptr_t()> token_;
+};
+} // namespace
+
+std::unique_ptr<SpoolssModule> FakePlatform::loadSpoolss() {
+    if (failing(Call::LoadSpoolss)) return nullptr;
+    return std::make_unique<FakeSpoolss>(
+        *this, [this](Call c) { return failing(c); }, [this] { return nextToken_++; });
+}
+
+} // namespace platform
