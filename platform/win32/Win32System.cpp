@@ -1,0 +1,150 @@
+#include "platform/DebugOutput.h"
+#include "platform/win32/ScopedHandle.h"
+#include "platform/win32/Win32Platform.h"
+
+#include <cstdlib>
+#include <objbase.h>
+#include <shlobj.h>
+
+namespace platform::win32 {
+
+std::optional<OsVersion> Win32Platform::osVersion() {
+    OSVERSIONINFOA info{};
+    info.dwOSVersionInfoSize = sizeof info; // the 148 byte record
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+    if (!::GetVersionExA(&info)) return std::nullopt;
+#pragma GCC diagnostic pop
+    return OsVersion{info.dwMajorVersion, info.dwMinorVersion, info.dwBuildNumber,
+                     info.dwPlatformId};
+}
+
+std::optional<std::u16string> Win32Platform::userName(std::size_t bufferChars) {
+    std::wstring buffer(bufferChars, L'\0');
+    DWORD size = static_cast<DWORD>(bufferChars);
+    if (!::GetUserNameW(buffer.data(), &size)) return std::nullopt;
+    return fromWide(buffer.c_str());
+}
+
+std::optional<std::u16string> Win32Platform::environment(const std::u16string& name) {
+    DWORD needed = ::GetEnvironmentVariableW(wide(name), nullptr, 0);
+    if (needed == 0) return std::nullopt;
+    std::wstring buffer(needed, L'\0');
+    DWORD got = ::GetEnvironmentVariableW(wide(name), buffer.data(), needed);
+    if (got == 0 || got >= needed) return std::nullopt;
+    return fromWide(buffer.c_str());
+}
+
+std::uint32_t Win32Platform::tickCount() { return ::GetTickCount(); }
+void Win32Platform::sleep(std::uint32_t milliseconds) { ::Sleep(milliseconds); }
+std::uint32_t Win32Platform::currentThreadId() { return ::GetCurrentThreadId(); }
+std::uint32_t Win32Platform::currentProcessId() { return ::GetCurrentProcessId(); }
+void Win32Platform::seedRandom(std::uint32_t seed) { std::srand(seed); }
+int Win32Platform::random() { return std::rand(); }
+
+std::int32_t Win32Platform::timeZoneBias() {
+    TIME_ZONE_INFORMATION tz{};
+    ::GetTimeZoneInformation(&tz);
+    return tz.Bias;
+}
+
+std::optional<Guid> Win32Platform::createGuid() {
+    GUID g;
+    if (FAILED(::CoCreateGuid(&g))) return std::nullopt;
+    Guid out;
+    out.data1 = g.Data1;
+    out.data2 = g.Data2;
+    out.data3 = g.Data3;
+    for (int i = 0; i < 8; ++i) out.data4[i] = g.Data4[i];
+    return out;
+}
+
+std::optional<std::u16string> Win32Platform::knownFolder(KnownFolder folder) {
+    const KNOWNFOLDERID& id = folder == KnownFolder::LocalAppData     ? FOLDERID_LocalAppData
+                              : folder == KnownFolder::RoamingAppData ? FOLDERID_RoamingAppData
+                                                                      : FOLDERID_Documents;
+    PIDLIST_ABSOLUTE list = nullptr;
+    if (FAILED(::SHGetKnownFolderIDList(id, 0x100, nullptr, &list))) return std::nullopt;
+    ::CoTaskMemFree(list);
+    PWSTR path = nullptr;
+    if (FAILED(::SHGetKnownFolderPath(id, 0, nullptr, &path))) return std::nullopt;
+    std::u16string out = fromWide(path);
+    ::CoTaskMemFree(path);
+    return out;
+}
+
+std::optional<std::u16string> Win32Platform::systemDirectory() {
+    wchar_t buffer[MAX_PATH + 1];
+    UINT n = ::GetSystemDirectoryW(buffer, MAX_PATH + 1);
+    if (n == 0 || n > MAX_PATH) return std::nullopt;
+    return fromWide(buffer);
+}
+
+std::uint32_t Win32Platform::lastError() { return ::GetLastError(); }
+void Win32Platform::setLastError(std::uint32_t code) { ::SetLastError(code); }
+
+std::optional<std::u16string> Win32Platform::errorMessage(std::uint32_t code) {
+    wchar_t* text = nullptr;
+    DWORD n = ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM,
+                               nullptr, code, 0x400, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+    ScopedLocal holder(text);
+    if (n == 0 || !text) return std::nullopt;
+    return fromWide(text);
+}
+
+namespace {
+using NetGetDcNameFn = DWORD(WINAPI*)(LPCWSTR, LPCWSTR, LPBYTE*);
+using NetApiBufferFreeFn = DWORD(WINAPI*)(LPVOID);
+
+class Win32NetApi : public NetApi {
+public:
+    Win32NetApi(HMODULE module, NetGetDcNameFn get, NetApiBufferFreeFn free)
+        : module_(module), get_(get), free_(free) {}
+    std::uint32_t getDcName(std::u16string& name) override {
+        LPBYTE buffer = nullptr;
+        DWORD status = get_(nullptr, nullptr, &buffer);
+        if (status == 0 && buffer) name = fromWide(reinterpret_cast<wchar_t*>(buffer));
+        if (buffer) free_(buffer);
+        return status;
+    }
+
+private:
+    ScopedModule module_;
+    NetGetDcNameFn get_;
+    NetApiBufferFreeFn free_;
+};
+} // namespace
+
+std::unique_ptr<NetApi> Win32Platform::loadNetApi() {
+    ScopedModule module(::LoadLibraryW(L"Netapi32.dll"));
+    if (!module) return nullptr;
+    auto get = reinterpret_cast<NetGetDcNameFn>(
+        reinterpret_cast<void*>(::GetProcAddress(module.get(), "NetGetDCName")));
+    auto free = reinterpret_cast<NetApiBufferFreeFn>(
+        reinterpret_cast<void*>(::GetProcAddress(module.get(), "NetApiBufferFree")));
+    if (!get || !free) return nullptr;
+    return std::make_unique<Win32NetApi>(module.release(), get, free);
+}
+
+int Win32Platform::messageBox(const std::u16string& text, const std::u16string& caption,
+                              std::uint32_t style) {
+    return ::MessageBoxW(nullptr, wide(text), wide(caption), style);
+}
+
+int Win32Platform::messageBoxA(const std::string& text, const std::string& caption,
+                               std::uint32_t style) {
+    return ::MessageBoxA(nullptr, text.c_str(), caption.c_str(), style);
+}
+
+void Win32Platform::debugOutput(std::string_view text) { outputDebugString(text); }
+
+void Win32Platform::debugOutputW(const std::u16string& text) { ::OutputDebugStringW(wide(text)); }
+
+} // namespace platform::win32
+
+namespace platform {
+Platform& systemPlatform() {
+    static win32::Win32Platform instance;
+    return instance;
+}
+} // namespace platform
