@@ -10,10 +10,14 @@ DebugSink& sink() {
 } // namespace
 
 void outputDebugString(std::string_view text) {
-    if (sink()) sink()(text);
-    else detail::systemDebugOutput(text);
+    if (sink())
+        sink()(text);
+    else
+        detail::systemDebugOutput(text);
 }
 
-void setDebugSink(DebugSink newSink) { sink() = std::move(newSink); }
+void setDebugSink(DebugSink newSink) {
+    sink() = std::move(newSink);
+}
 
 } // namespace platform

@@ -7,7 +7,9 @@
 #include <new>
 
 namespace {
-Postscript2Pdf* translator(PSHandle handle) { return reinterpret_cast<Postscript2Pdf*>(handle); }
+Postscript2Pdf* translator(PSHandle handle) {
+    return reinterpret_cast<Postscript2Pdf*>(handle);
+}
 } // namespace
 
 extern "C" {
@@ -15,7 +17,8 @@ extern "C" {
 PSHandle PSOpen(const float* matrix) {
     if (!matrix) return nullptr;
     double widened[6];
-    for (int i = 0; i < 6; ++i) widened[i] = matrix[i];
+    for (int i = 0; i < 6; ++i)
+        widened[i] = matrix[i];
     try {
         return reinterpret_cast<PSHandle>(new Postscript2Pdf(widened));
     } catch (...) {
@@ -23,7 +26,9 @@ PSHandle PSOpen(const float* matrix) {
     }
 }
 
-void PSClose(PSHandle handle) { delete translator(handle); }
+void PSClose(PSHandle handle) {
+    delete translator(handle);
+}
 
 const char* PSConvertToPdf(PSHandle handle, const unsigned char* data, uint32_t* length) {
     if (!handle || !length) return nullptr;

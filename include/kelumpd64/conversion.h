@@ -46,8 +46,7 @@ KELUMPD64_API const double* PSExecuteReturnDoubles(PSHandle handle, const char* 
 /* Runs length bytes of text (negative: NUL-terminated) and returns what the
  * printing operators wrote, NUL-terminated, valid until the next run. Null on
  * failure. */
-KELUMPD64_API const char* PSExecuteReturnStdOut(PSHandle handle, const char* text,
-                                                uint32_t length);
+KELUMPD64_API const char* PSExecuteReturnStdOut(PSHandle handle, const char* text, uint32_t length);
 
 /* The text of the last failure, "Exception:[file:line] message\n", or "". */
 KELUMPD64_API const char* PSGetErrorStr(PSHandle handle);

@@ -20,7 +20,8 @@ void ArrayObject::execute(Interpreter& interpreter) {
 }
 
 std::string ArrayObject::describe() const {
-    std::string text = formatString("%s, size=%d", typeName(type), static_cast<int>(items().size()));
+    std::string text =
+        formatString("%s, size=%d", typeName(type), static_cast<int>(items().size()));
     if (executable) text += formatString(", exec index=%d", static_cast<int>(execIndex));
     return text;
 }

@@ -39,8 +39,10 @@ uint32_t VirtualMemoryObject::addBody(CompositeData* data) {
 
 void VirtualMemoryObject::removeBody(CompositeData* data) noexcept {
     if (data->owner != this) return;
-    if (data->previous) data->previous->next = data->next;
-    else head_ = data->next;
+    if (data->previous)
+        data->previous->next = data->next;
+    else
+        head_ = data->next;
     if (data->next) data->next->previous = data->previous;
     data->owner = nullptr;
     data->previous = data->next = nullptr;
@@ -68,4 +70,6 @@ CompositeObject::CompositeObject(const CompositeObject& other)
     ++data->users;
 }
 
-CompositeObject::~CompositeObject() { releaseBody(data); }
+CompositeObject::~CompositeObject() {
+    releaseBody(data);
+}

@@ -2,6 +2,7 @@
 
 #include "PostscriptObject.h"
 
+#include <atomic>
 #include <string>
 
 class VirtualMemoryObject;
@@ -12,10 +13,13 @@ class VirtualMemoryObject;
 // break cycles when the memory itself goes.
 class CompositeData {
 public:
-    explicit CompositeData(uint32_t type) : type(type) {}
+    explicit CompositeData(uint32_t type) : type(type) { ++liveCount_; }
     CompositeData(const CompositeData&) = delete;
     CompositeData& operator=(const CompositeData&) = delete;
-    virtual ~CompositeData() = default;
+    virtual ~CompositeData() { --liveCount_; }
+
+    // Bodies alive in the process: what leak checks count.
+    static long liveCount() { return liveCount_.load(std::memory_order_relaxed); }
 
     // Lets go of every object the body holds.
     virtual void releaseContents() {}
@@ -30,6 +34,9 @@ public:
     VirtualMemoryObject* owner = nullptr;
     CompositeData* previous = nullptr;
     CompositeData* next = nullptr;
+
+private:
+    static inline std::atomic<long> liveCount_{0};
 };
 
 // A memory: the bookkeeping of the bodies made while it was current. Save

@@ -7,7 +7,8 @@
 namespace {
 // The key text without a copy where the key already holds it.
 template <class F> decltype(auto) withKeyText(const PostscriptObject* key, F&& use) {
-    if (key->type == ps_name) return use(std::string_view(static_cast<const NameObject*>(key)->text()));
+    if (key->type == ps_name)
+        return use(std::string_view(static_cast<const NameObject*>(key)->text()));
     if (key->type == ps_string) return use(static_cast<const StringObject*>(key)->cText());
     return use(std::string_view(key->describe()));
 }
@@ -59,7 +60,8 @@ void DictionaryData::remove(std::string_view keyText) {
 void DictionaryData::clear() noexcept {
     Map old;
     old.swap(entries);
-    for (auto& entry : old) releaseReference(entry.second);
+    for (auto& entry : old)
+        releaseReference(entry.second);
 }
 
 std::string DictionaryObject::describe() const {

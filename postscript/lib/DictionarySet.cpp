@@ -4,7 +4,8 @@
 #include "NameObject.h"
 
 namespace {
-DictionaryObject* newDictionary(VirtualMemoryObject* memory, const char* name, DictionaryData*& data) {
+DictionaryObject* newDictionary(VirtualMemoryObject* memory, const char* name,
+                                DictionaryData*& data) {
     data = new DictionaryData(name);
     return new DictionaryObject(memory, data);
 }
@@ -29,7 +30,8 @@ DictionarySet::DictionarySet(MemoryRecord* memories)
 
 DictionarySet::~DictionarySet() {
     // systemdict holds the four dictionaries, itself among them: break the loop first.
-    for (const char* name : dictionaryNames) systemData->remove(name);
+    for (const char* name : dictionaryNames)
+        systemData->remove(name);
     releaseReference(errorDict);
     releaseReference(fontDirectory);
     dictionaryStack.reset();

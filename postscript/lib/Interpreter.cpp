@@ -90,7 +90,9 @@ void Interpreter::registerOperator(NameObject* op) {
     system->put(op->text(), op);
 }
 
-ArrayObject* Interpreter::makeArray() { return new ArrayObject(memory->currentMemory, '['); }
+ArrayObject* Interpreter::makeArray() {
+    return new ArrayObject(memory->currentMemory, '[');
+}
 
 DictionaryObject* Interpreter::makeDictionary() {
     return new DictionaryObject(memory->currentMemory, new DictionaryData);
@@ -108,9 +110,9 @@ NameObject* Interpreter::makeName(std::string_view text, bool executable) {
     return new NameObject(names.intern(text), executable);
 }
 
-#define KEL_TYPED_POP(Helper, Class, tag)                                                         \
-    Class* Interpreter::Helper() {                                                                \
-        return static_cast<Class*>(operandStack->popTyped(tag, #Helper));                         \
+#define KEL_TYPED_POP(Helper, Class, tag)                                                          \
+    Class* Interpreter::Helper() {                                                                 \
+        return static_cast<Class*>(operandStack->popTyped(tag, #Helper));                          \
     }
 KEL_TYPED_POP(popArrayObject, ArrayObject, ps_array)
 KEL_TYPED_POP(popBooleanObject, BooleanObject, ps_boolean)

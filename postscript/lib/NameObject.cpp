@@ -13,7 +13,9 @@ const NameAtom* NameTable::intern(std::string_view text) {
     return result;
 }
 
-std::string NameObject::describe() const { return std::string(typeName(type)) + " " + atom->text; }
+std::string NameObject::describe() const {
+    return std::string(typeName(type)) + " " + atom->text;
+}
 
 void NameObject::execute(Interpreter& interpreter) {
     PostscriptObject* value = interpreter.dictionaries->lookupText(atom->text);

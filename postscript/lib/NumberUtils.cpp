@@ -7,8 +7,12 @@
 namespace numbers {
 
 namespace {
-bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 int digitValue(char c) {
     if (c >= '0' && c <= '9') return c - '0';
@@ -28,16 +32,20 @@ std::size_t parseLong(std::string_view text, int base, int32_t& value) {
     value = 0;
     if (base < 0 || base == 1 || base > 36) return 0;
     std::size_t i = 0;
-    while (i < text.size() && isSpace(text[i])) ++i;
+    while (i < text.size() && isSpace(text[i]))
+        ++i;
     bool negative = false;
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
     auto hexPrefix = [&] {
         return i + 1 < text.size() && text[i] == '0' && (text[i + 1] == 'x' || text[i + 1] == 'X');
     };
     if (base == 0) {
-        if (hexPrefix()) base = 16;
-        else if (i < text.size() && text[i] == '0') base = 8;
-        else base = 10;
+        if (hexPrefix())
+            base = 16;
+        else if (i < text.size() && text[i] == '0')
+            base = 8;
+        else
+            base = 10;
     }
     // "0x" counts only when a hexadecimal digit follows; else the 0 alone is read.
     if (base == 16 && hexPrefix() && i + 2 < text.size() && digitValue(text[i + 2]) < 16) i += 2;
@@ -75,10 +83,14 @@ bool isRealToken(std::string_view token) {
     for (std::size_t i = 0; i < token.size(); ++i) {
         char c = token[i];
         if (isDigit(c)) continue;
-        if (c == '.' && !dot) dot = true;
-        else if ((c == 'e' || c == 'E') && !exponent) exponent = true;
-        else if ((c == '+' || c == '-') && i == 0) continue;
-        else return false;
+        if (c == '.' && !dot)
+            dot = true;
+        else if ((c == 'e' || c == 'E') && !exponent)
+            exponent = true;
+        else if ((c == '+' || c == '-') && i == 0)
+            continue;
+        else
+            return false;
     }
     return !token.empty();
 }

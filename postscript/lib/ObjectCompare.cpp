@@ -11,9 +11,13 @@
 #include <string_view>
 
 namespace {
-bool isNumber(const PostscriptObject* o) { return o->type == ps_integer || o->type == ps_real; }
+bool isNumber(const PostscriptObject* o) {
+    return o->type == ps_integer || o->type == ps_real;
+}
 
-int threeWay(double a, double b) { return (a > b) - (a < b); }
+int threeWay(double a, double b) {
+    return (a > b) - (a < b);
+}
 
 // The text of a string or name up to its first NUL.
 std::string_view cTextOf(const PostscriptObject* o) {

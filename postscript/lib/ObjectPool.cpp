@@ -9,8 +9,12 @@ namespace objectpool {
 
 #if defined(KEL_NO_POOL)
 
-void* allocate(std::size_t size) { return ::operator new(size); }
-void deallocate(void* p, std::size_t) noexcept { ::operator delete(p); }
+void* allocate(std::size_t size) {
+    return ::operator new(size);
+}
+void deallocate(void* p, std::size_t) noexcept {
+    ::operator delete(p);
+}
 
 #else
 

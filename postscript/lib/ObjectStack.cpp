@@ -29,7 +29,8 @@ PostscriptObject* ObjectStack::popTyped(uint32_t tag, const char* who) {
 void ObjectStack::clear() noexcept {
     std::vector<PostscriptObject*> old;
     old.swap(items);
-    for (PostscriptObject* object : old) releaseReference(object);
+    for (PostscriptObject* object : old)
+        releaseReference(object);
 }
 
 void ObjectStack::setAt(std::size_t index, PostscriptObject* object) {

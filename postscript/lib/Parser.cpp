@@ -18,7 +18,8 @@ using StopSet = std::array<bool, 256>;
 constexpr StopSet makeStopSet(std::string_view stops) {
     StopSet set{};
     set[0] = true;
-    for (char c : stops) set[static_cast<unsigned char>(c)] = true;
+    for (char c : stops)
+        set[static_cast<unsigned char>(c)] = true;
     return set;
 }
 
@@ -32,7 +33,9 @@ constexpr StopSet stopSets[6] = {
     makeStopSet(normalStops), // literalName
 };
 
-bool isOctal(char c) { return c >= '0' && c <= '7'; }
+bool isOctal(char c) {
+    return c >= '0' && c <= '7';
+}
 
 } // namespace
 
@@ -72,7 +75,8 @@ PostscriptObject* Parser::nextObject() {
         if (cursor >= end) return nullptr;
         const StopSet& stops = stopSets[state];
         const unsigned char* start = cursor;
-        while (cursor < end && !stops[*cursor]) ++cursor;
+        while (cursor < end && !stops[*cursor])
+            ++cursor;
         // A comment's text is dropped at its end anyway; don't keep it.
         if (state != comment) token.append(reinterpret_cast<const char*>(start), cursor - start);
         if (cursor >= end) return nullptr;
@@ -83,13 +87,19 @@ PostscriptObject* Parser::nextObject() {
             if (!token.empty()) return finishToken();
             skipChar();
             switch (delimiter) {
-            case '/': state = literalName; break;
-            case '%': state = comment; break;
+            case '/':
+                state = literalName;
+                break;
+            case '%':
+                state = comment;
+                break;
             case '(':
                 state = literalString;
                 parenDepth = 0;
                 break;
-            case '<': state = angleString; break;
+            case '<':
+                state = angleString;
+                break;
             case '[':
             case ']':
             case '{':
@@ -97,7 +107,8 @@ PostscriptObject* Parser::nextObject() {
                 char text = static_cast<char>(delimiter);
                 return makeName(std::string_view(&text, 1), true);
             }
-            default: break; // white space, a stray ")" or ">", a NUL
+            default:
+                break; // white space, a stray ")" or ">", a NUL
             }
             break;
 
@@ -202,16 +213,29 @@ void Parser::escapeAction() {
     case 1: {
         char c = escape[0];
         switch (c) {
-        case 'n': token += '\n'; break;
-        case 'r': token += '\r'; break;
-        case 't': token += '\t'; break;
-        case 'b': token += '\b'; break;
-        case 'f': token += '\f'; break;
+        case 'n':
+            token += '\n';
+            break;
+        case 'r':
+            token += '\r';
+            break;
+        case 't':
+            token += '\t';
+            break;
+        case 'b':
+            token += '\b';
+            break;
+        case 'f':
+            token += '\f';
+            break;
         case '\\':
         case '(':
-        case ')': token += c; break;
+        case ')':
+            token += c;
+            break;
         case '\n':
-        case '\r': return; // a line end may pair with the next byte
+        case '\r':
+            return; // a line end may pair with the next byte
         default:
             if (isOctal(c)) return;
             PS_THROW("Unsupported character escape in string");
@@ -254,7 +278,8 @@ PostscriptObject* Parser::finishToken() {
         if (numbers::parseLong(digits, base, value) == digits.size())
             result = new IntegerObject(value);
     }
-    if (!result && numbers::isDecimalToken(text)) result = new IntegerObject(numbers::parseDecimal(text));
+    if (!result && numbers::isDecimalToken(text))
+        result = new IntegerObject(numbers::parseDecimal(text));
     double real = 0;
     if (!result && numbers::isRealToken(text) && numbers::parseReal(text, real))
         result = new RealObject(real);

@@ -6,7 +6,8 @@
 #include <cstring>
 
 Postscript2Pdf::Postscript2Pdf(const double matrix[6]) {
-    for (int i = 0; i < 6; ++i) defaultMatrix[i] = matrix[i];
+    for (int i = 0; i < 6; ++i)
+        defaultMatrix[i] = matrix[i];
     interpreter = std::make_unique<Interpreter>();
 }
 
@@ -14,7 +15,8 @@ Postscript2Pdf::~Postscript2Pdf() = default;
 
 bool Postscript2Pdf::executeBuffer(const unsigned char* data, uint32_t length) {
     std::size_t size = length;
-    if (static_cast<int32_t>(length) < 0) size = data ? std::strlen(reinterpret_cast<const char*>(data)) : 0;
+    if (static_cast<int32_t>(length) < 0)
+        size = data ? std::strlen(reinterpret_cast<const char*>(data)) : 0;
     try {
         if (!data && size != 0) PS_THROW("No data to run");
         static const unsigned char none = 0;

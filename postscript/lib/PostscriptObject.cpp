@@ -8,14 +8,14 @@
 
 namespace {
 const char* const typeNames[] = {
-    "ps_boolean", "ps_fontID", "ps_integer", "ps_mark",   "ps_name",
-    "ps_null",    "ps_operator", "ps_real",  "ps_array",  "ps_dictionary",
-    "ps_file",    "ps_gstate", "ps_packedarray", "ps_save", "ps_string",
+    "ps_boolean", "ps_fontID",   "ps_integer",     "ps_mark",  "ps_name",
+    "ps_null",    "ps_operator", "ps_real",        "ps_array", "ps_dictionary",
+    "ps_file",    "ps_gstate",   "ps_packedarray", "ps_save",  "ps_string",
 };
 const char* const typeAnswers[] = {
-    "booleantype", "fonttype",     "integertype", "marktype",        "nametype",
-    "nulltype",    "operatortype", "realtype",    "arraytype",       "dicttype",
-    "filetype",    "gstatetype",   "packedarraytype", "savetype",    "stringtype",
+    "booleantype", "fonttype",     "integertype",     "marktype",  "nametype",
+    "nulltype",    "operatortype", "realtype",        "arraytype", "dicttype",
+    "filetype",    "gstatetype",   "packedarraytype", "savetype",  "stringtype",
 };
 constexpr uint32_t tagCount = sizeof typeNames / sizeof typeNames[0];
 
@@ -25,9 +25,13 @@ struct Destroyer {
 };
 } // namespace
 
-const char* typeName(uint32_t tag) { return tag < tagCount ? typeNames[tag] : "unknown"; }
+const char* typeName(uint32_t tag) {
+    return tag < tagCount ? typeNames[tag] : "unknown";
+}
 
-const char* typeAnswerName(uint32_t tag) { return tag < tagCount ? typeAnswers[tag] : "unknown"; }
+const char* typeAnswerName(uint32_t tag) {
+    return tag < tagCount ? typeAnswers[tag] : "unknown";
+}
 
 void destroyObject(PostscriptObject* object) noexcept {
     thread_local Destroyer destroyer;
@@ -50,13 +54,21 @@ void destroyObject(PostscriptObject* object) noexcept {
     destroyer.draining = false;
 }
 
-void PostscriptObject::execute(Interpreter& interpreter) { interpreter.operandStack->push(this); }
+void PostscriptObject::execute(Interpreter& interpreter) {
+    interpreter.operandStack->push(this);
+}
 
-std::string PostscriptObject::describe() const { return typeName(type); }
+std::string PostscriptObject::describe() const {
+    return typeName(type);
+}
 
-std::string PostscriptObject::doubleEqualsText() const { return describe(); }
+std::string PostscriptObject::doubleEqualsText() const {
+    return describe();
+}
 
-std::string PostscriptObject::equalsText() const { return "--nostringval--"; }
+std::string PostscriptObject::equalsText() const {
+    return "--nostringval--";
+}
 
 bool isProcedure(const PostscriptObject* object) {
     return object && object->type == ps_array &&

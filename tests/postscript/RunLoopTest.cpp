@@ -18,7 +18,9 @@ struct RunCase {
     const char* stack; // "==" forms, bottom first
 };
 
-void PrintTo(const RunCase& c, std::ostream* os) { *os << '"' << c.program << '"'; }
+void PrintTo(const RunCase& c, std::ostream* os) {
+    *os << '"' << c.program << '"';
+}
 
 class RunLoop : public ::testing::TestWithParam<RunCase> {};
 
@@ -30,18 +32,17 @@ TEST_P(RunLoop, LeavesStack) {
     EXPECT_TRUE(s.interpreter().deferredExecutionStack->empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Basics, RunLoop, ::testing::Values(
-    RunCase{"1 2.5 (s) /n ", "1 2.500000 (s) n"},
-    // An unknown name turns into a string of its text.
-    RunCase{"undefinedthing ", "(undefinedthing)"},
-    RunCase{"{ 1 { 2 } /x y } ", "[1 [2 ] x y ]"},
-    RunCase{"{} ", "[]"},
-    // Values found by look-up: integers go to the stack, booleans and the
-    // like execute into it, dictionaries push themselves.
-    RunCase{"languagelevel version ", "2 (49)"},
-    RunCase{"userdict ", "-dict-"},
-    // Immediately evaluated names inside a procedure are resolved at scan time.
-    RunCase{"{ //languagelevel } ", "[2 ]"}));
+INSTANTIATE_TEST_SUITE_P(
+    Basics, RunLoop,
+    ::testing::Values(RunCase{"1 2.5 (s) /n ", "1 2.500000 (s) n"},
+                      // An unknown name turns into a string of its text.
+                      RunCase{"undefinedthing ", "(undefinedthing)"},
+                      RunCase{"{ 1 { 2 } /x y } ", "[1 [2 ] x y ]"}, RunCase{"{} ", "[]"},
+                      // Values found by look-up: integers go to the stack, booleans and the
+                      // like execute into it, dictionaries push themselves.
+                      RunCase{"languagelevel version ", "2 (49)"}, RunCase{"userdict ", "-dict-"},
+                      // Immediately evaluated names inside a procedure are resolved at scan time.
+                      RunCase{"{ //languagelevel } ", "[2 ]"}));
 
 TEST(RunLoopProcedures, ProcedureFromDictionaryRunsItsElements) {
     Session s;

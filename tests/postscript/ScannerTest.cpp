@@ -18,7 +18,9 @@ struct ScanCase {
     std::vector<std::string> objects;
 };
 
-void PrintTo(const ScanCase& c, std::ostream* os) { *os << '"' << c.input << '"'; }
+void PrintTo(const ScanCase& c, std::ostream* os) {
+    *os << '"' << c.input << '"';
+}
 
 class Scanner : public ::testing::TestWithParam<ScanCase> {};
 
@@ -28,66 +30,68 @@ TEST_P(Scanner, Objects) {
 }
 
 // Numbers: radix, saturation and the odd real forms are the scanner's own rules.
-INSTANTIATE_TEST_SUITE_P(Numbers, Scanner, ::testing::Values(
-    ScanCase{"16#FF ", {"ps_integer 255"}},
-    ScanCase{"8#777 ", {"ps_integer 511"}},
-    ScanCase{"2#102 ", {"2#102"}},
-    ScanCase{"36#zz 36#ZZ ", {"ps_integer 1295", "ps_integer 1295"}},
-    ScanCase{"10#-5 16#+a ", {"ps_integer -5", "ps_integer 10"}},
-    ScanCase{"0#0x1F 0#017 0#09 0#9 ", {"ps_integer 31", "ps_integer 15", "0#09", "ps_integer 9"}},
-    ScanCase{"1#1 37#1 16# ", {"1#1", "37#1", "16#"}},
-    ScanCase{"16#7FFFFFFFFF 16#-FFFFFFFFF ", {"ps_integer 2147483647", "ps_integer -2147483648"}},
-    ScanCase{"2147483647 2147483648 -2147483649 ",
-             {"ps_integer 2147483647", "ps_integer 2147483647", "ps_integer -2147483648"}},
-    ScanCase{"+ - +7 -0 ", {"ps_integer 0", "ps_integer 0", "ps_integer 7", "ps_integer 0"}},
-    ScanCase{"1e5 1E2 .5 -.5 5. ",
-             {"ps_real 100000.000000", "ps_real 100.000000", "ps_real 0.500000",
-              "ps_real -0.500000", "ps_real 5.000000"}},
-    ScanCase{"e E . .e +e 2e ",
-             {"ps_real 0.000000", "ps_real 0.000000", "ps_real 0.000000", "ps_real 0.000000",
-              "ps_real 0.000000", "ps_real 2.000000"}},
-    ScanCase{"1e-5 1.5.2 1e5e 1e+5 5- ", {"1e-5", "1.5.2", "1e5e", "1e+5", "5-"}},
-    ScanCase{"1e999 ", {"1e999"}},
-    ScanCase{"1.5 ", {"ps_real 1.500000"}}));
+INSTANTIATE_TEST_SUITE_P(
+    Numbers, Scanner,
+    ::testing::Values(
+        ScanCase{"16#FF ", {"ps_integer 255"}}, ScanCase{"8#777 ", {"ps_integer 511"}},
+        ScanCase{"2#102 ", {"2#102"}},
+        ScanCase{"36#zz 36#ZZ ", {"ps_integer 1295", "ps_integer 1295"}},
+        ScanCase{"10#-5 16#+a ", {"ps_integer -5", "ps_integer 10"}},
+        ScanCase{"0#0x1F 0#017 0#09 0#9 ",
+                 {"ps_integer 31", "ps_integer 15", "0#09", "ps_integer 9"}},
+        ScanCase{"1#1 37#1 16# ", {"1#1", "37#1", "16#"}},
+        ScanCase{"16#7FFFFFFFFF 16#-FFFFFFFFF ",
+                 {"ps_integer 2147483647", "ps_integer -2147483648"}},
+        ScanCase{"2147483647 2147483648 -2147483649 ",
+                 {"ps_integer 2147483647", "ps_integer 2147483647", "ps_integer -2147483648"}},
+        ScanCase{"+ - +7 -0 ", {"ps_integer 0", "ps_integer 0", "ps_integer 7", "ps_integer 0"}},
+        ScanCase{"1e5 1E2 .5 -.5 5. ",
+                 {"ps_real 100000.000000", "ps_real 100.000000", "ps_real 0.500000",
+                  "ps_real -0.500000", "ps_real 5.000000"}},
+        ScanCase{"e E . .e +e 2e ",
+                 {"ps_real 0.000000", "ps_real 0.000000", "ps_real 0.000000", "ps_real 0.000000",
+                  "ps_real 0.000000", "ps_real 2.000000"}},
+        ScanCase{"1e-5 1.5.2 1e5e 1e+5 5- ", {"1e-5", "1.5.2", "1e5e", "1e+5", "5-"}},
+        ScanCase{"1e999 ", {"1e999"}}, ScanCase{"1.5 ", {"ps_real 1.500000"}}));
 
-INSTANTIATE_TEST_SUITE_P(Names, Scanner, ::testing::Values(
-    ScanCase{"abc /abc ", {"abc", "/abc"}},
-    ScanCase{"/ x ", {"/", "x"}},
-    ScanCase{"// x ", {"//", "x"}},
-    ScanCase{"/a/b{c}", {"/a", "/b", "{", "c", "}"}},
-    ScanCase{"[]{}", {"[", "]", "{", "}"}},
-    ScanCase{"a)b>c ", {"a", "b", "c"}},
-    ScanCase{"%comment\n5 %% more\r6 %x\f7", {"ps_integer 5", "ps_integer 6"}},
-    ScanCase{"//languagelevel //version ", {"ps_integer 2", "(49)"}},
-    ScanCase{"//nothing ", {"ERROR: Undefined Immediately Evaluated Name"}}));
+INSTANTIATE_TEST_SUITE_P(
+    Names, Scanner,
+    ::testing::Values(ScanCase{"abc /abc ", {"abc", "/abc"}}, ScanCase{"/ x ", {"/", "x"}},
+                      ScanCase{"// x ", {"//", "x"}},
+                      ScanCase{"/a/b{c}", {"/a", "/b", "{", "c", "}"}},
+                      ScanCase{"[]{}", {"[", "]", "{", "}"}}, ScanCase{"a)b>c ", {"a", "b", "c"}},
+                      ScanCase{"%comment\n5 %% more\r6 %x\f7", {"ps_integer 5", "ps_integer 6"}},
+                      ScanCase{"//languagelevel //version ", {"ps_integer 2", "(49)"}},
+                      ScanCase{"//nothing ", {"ERROR: Undefined Immediately Evaluated Name"}}));
 
-INSTANTIATE_TEST_SUITE_P(LiteralStrings, Scanner, ::testing::Values(
-    ScanCase{"(abc)", {"(abc)"}},
-    ScanCase{"(a(b)c)", {"(a(b)c)"}},
-    ScanCase{"(a\\)b)", {"(a)b)"}},
-    ScanCase{"(\\n\\r\\t\\b\\f\\\\\\(\\))", {"(\\x0A\\x0D\\x09\\x08\\x0C\\x5C())"}},
-    ScanCase{"(\\101\\060\\0611)", {"(A011)"}},
-    ScanCase{"(\\777)", {"(\\xFF)"}},
-    ScanCase{"(\\1x\\12y\\1)", {"(xy)"}},
-    ScanCase{"(a\\\nb)", {"(ab)"}},
-    ScanCase{"(a\\\n\rb)", {"(ab)"}},
-    ScanCase{"(a\\\r\nb)", {"(a\\x0Ab)"}},
-    ScanCase{"(a\\\rb)", {"(ab)"}},
-    ScanCase{"(line\none)", {"(line\\x0Aone)"}},
-    ScanCase{"(\\q)", {"ERROR: Unsupported character escape in string"}}));
+INSTANTIATE_TEST_SUITE_P(
+    LiteralStrings, Scanner,
+    ::testing::Values(ScanCase{"(abc)", {"(abc)"}}, ScanCase{"(a(b)c)", {"(a(b)c)"}},
+                      ScanCase{"(a\\)b)", {"(a)b)"}},
+                      ScanCase{"(\\n\\r\\t\\b\\f\\\\\\(\\))",
+                               {"(\\x0A\\x0D\\x09\\x08\\x0C\\x5C())"}},
+                      ScanCase{"(\\101\\060\\0611)", {"(A011)"}}, ScanCase{"(\\777)", {"(\\xFF)"}},
+                      ScanCase{"(\\1x\\12y\\1)", {"(xy)"}}, ScanCase{"(a\\\nb)", {"(ab)"}},
+                      ScanCase{"(a\\\n\rb)", {"(ab)"}}, ScanCase{"(a\\\r\nb)", {"(a\\x0Ab)"}},
+                      ScanCase{"(a\\\rb)", {"(ab)"}}, ScanCase{"(line\none)", {"(line\\x0Aone)"}},
+                      ScanCase{"(\\q)", {"ERROR: Unsupported character escape in string"}}));
 
-INSTANTIATE_TEST_SUITE_P(EncodedStrings, Scanner, ::testing::Values(
-    ScanCase{"<414243>", {"(414243>) /ASCIIHexDecode"}},
-    ScanCase{"<>", {"(>) /ASCIIHexDecode"}},
-    ScanCase{"<~abc~>", {"(abc~>) /ASCII85Decode"}},
-    ScanCase{"<~a>b~>", {"(a>b~) /ASCII85Decode"}},
-    ScanCase{"<~~>", {"(~>) /ASCII85Decode"}},
-    ScanCase{"<< /a 1 >>", {"(< /a 1 >) /ASCIIHexDecode"}}));
+INSTANTIATE_TEST_SUITE_P(EncodedStrings, Scanner,
+                         ::testing::Values(ScanCase{"<414243>", {"(414243>) /ASCIIHexDecode"}},
+                                           ScanCase{"<>", {"(>) /ASCIIHexDecode"}},
+                                           ScanCase{"<~abc~>", {"(abc~>) /ASCII85Decode"}},
+                                           ScanCase{"<~a>b~>", {"(a>b~) /ASCII85Decode"}},
+                                           ScanCase{"<~~>", {"(~>) /ASCII85Decode"}},
+                                           ScanCase{"<< /a 1 >>", {"(< /a 1 >) /ASCIIHexDecode"}}));
 
 TEST(ScannerNul, NulEndsCommentsAndStopsStrings) {
     using namespace std::string_literals;
-    EXPECT_EQ(scanAll("%abc\0"s "5 "s), (std::vector<std::string>{"ps_integer 5"}));
-    EXPECT_EQ(scanAll("1\0"s "2 "s), (std::vector<std::string>{"ps_integer 1", "ps_integer 2"}));
+    EXPECT_EQ(scanAll("%abc\0"s
+                      "5 "s),
+              (std::vector<std::string>{"ps_integer 5"}));
+    EXPECT_EQ(scanAll("1\0"s
+                      "2 "s),
+              (std::vector<std::string>{"ps_integer 1", "ps_integer 2"}));
     EXPECT_EQ(scanAll("(a\0b)"s),
               (std::vector<std::string>{
                   "ERROR: Unexpected separator when parsing for end of literal string"}));

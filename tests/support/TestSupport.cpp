@@ -48,7 +48,8 @@ std::string render(const PostscriptObject* object) {
             }
         }
         text += ')';
-        for (const std::string& filter : string->stringData()->filters) text += " /" + filter;
+        for (const std::string& filter : string->stringData()->filters)
+            text += " /" + filter;
         return text;
     }
     if (object->type == ps_name) {
@@ -73,7 +74,8 @@ std::vector<std::string> scanAll(std::string_view text, const std::vector<std::s
         }
     };
     try {
-        for (std::size_t cut : cuts) scan(cut);
+        for (std::size_t cut : cuts)
+            scan(cut);
         scan(text.size());
     } catch (PostscriptException& failure) {
         objects.push_back("ERROR: " + failure.message);
@@ -90,7 +92,9 @@ std::string describeStack(const ObjectStack& stack) {
     return text;
 }
 
-std::string Session::stack() const { return describeStack(*pdf.interpreter->operandStack); }
+std::string Session::stack() const {
+    return describeStack(*pdf.interpreter->operandStack);
+}
 
 std::string Session::stackValues() const {
     std::string text;

@@ -1,0 +1,129 @@
+// The C interface of the conversion face, as a host uses it.
+#include "kelumpd64/conversion.h"
+
+#include "support/TestSupport.h"
+
+#include "Interpreter.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+const float identity[6] = {1, 0, 0, 1, 0, 0};
+
+struct Handle {
+    Handle() : h(PSOpen(identity)) {}
+    ~Handle() { PSClose(h); }
+    PSHandle h;
+};
+
+Postscript2Pdf& translator(PSHandle h) {
+    return *reinterpret_cast<Postscript2Pdf*>(h);
+}
+
+TEST(ConversionExports, OpenKeepsTheMatrixAndStartsClean) {
+    const float matrix[6] = {0.5f, 0, 0, -0.5f, 10, 800};
+    PSHandle h = PSOpen(matrix);
+    ASSERT_NE(h, nullptr);
+    EXPECT_EQ(translator(h).defaultMatrix[0], 0.5);
+    EXPECT_EQ(translator(h).defaultMatrix[5], 800.0);
+    EXPECT_STREQ(PSGetErrorStr(h), "");
+    PSClose(h);
+    PSClose(nullptr);
+    EXPECT_EQ(PSOpen(nullptr), nullptr);
+}
+
+TEST(ConversionExports, ConvertReturnsContentAndLength) {
+    Handle h;
+    const unsigned char data[] = "1 2 { 3 } ";
+    uint32_t length = sizeof data - 1;
+    const char* content = PSConvertToPdf(h.h, data, &length);
+    ASSERT_NE(content, nullptr);
+    EXPECT_EQ(length, 0u); // no painting operator ran
+    EXPECT_EQ(translator(h.h).interpreter->operandStack->size(), 3u);
+}
+
+TEST(ConversionExports, NegativeLengthMeansNulTerminated) {
+    struct Row {
+        uint32_t length;
+        std::size_t expectedDepth;
+    };
+    // "1 2 3 " then a NUL, then more that only a measured length would leave out.
+    const unsigned char data[] = "1 2 3 \0 4 5 ";
+    for (Row row : {Row{0xFFFFFFFFu, 3}, Row{0x80000000u, 3}, Row{sizeof data - 1, 5}}) {
+        Handle h;
+        uint32_t length = row.length;
+        ASSERT_NE(PSConvertToPdf(h.h, data, &length), nullptr);
+        EXPECT_EQ(translator(h.h).interpreter->operandStack->size(), row.expectedDepth)
+            << std::hex << row.length;
+    }
+}
+
+TEST(ConversionExports, FailureKeepsLengthAndTextUntilTheNextFailure) {
+    Handle h;
+    const unsigned char bad[] = "}";
+    uint32_t length = 1;
+    EXPECT_EQ(PSConvertToPdf(h.h, bad, &length), nullptr);
+    EXPECT_EQ(length, 1u);
+    std::string error = PSGetErrorStr(h.h);
+    EXPECT_EQ(error.rfind("Exception:[", 0), 0u);
+    EXPECT_EQ(error.substr(error.size() - 36), "] Expected ps_array at Mark execute\n");
+
+    // A later success leaves the text; the handle works on.
+    const unsigned char good[] = "1 ";
+    length = 2;
+    EXPECT_NE(PSConvertToPdf(h.h, good, &length), nullptr);
+    EXPECT_EQ(PSGetErrorStr(h.h), error);
+
+    EXPECT_EQ(PSExecuteReturnStdOut(h.h, "(x\\q)", 5), nullptr);
+    EXPECT_NE(std::string(PSGetErrorStr(h.h)).find("Unsupported character escape in string"),
+              std::string::npos);
+}
+
+TEST(ConversionExports, StdOutAndDoublesOnAFreshHandle) {
+    Handle h;
+    const char* out = PSExecuteReturnStdOut(h.h, "", 0);
+    ASSERT_NE(out, nullptr);
+    EXPECT_STREQ(out, "");
+    out = PSExecuteReturnStdOut(h.h, "1 ", 0xFFFFFFFFu);
+    ASSERT_NE(out, nullptr);
+
+    uint32_t count = 77;
+    // No getdoubles has run: a null array with count 0, which is no failure.
+    EXPECT_EQ(PSExecuteReturnDoubles(h.h, "1 2 ", &count), nullptr);
+    EXPECT_EQ(count, 0u);
+    EXPECT_STREQ(PSGetErrorStr(h.h), "");
+}
+
+TEST(ConversionExports, NullArgumentsAreRefused) {
+    Handle h;
+    uint32_t length = 4;
+    EXPECT_EQ(PSConvertToPdf(nullptr, reinterpret_cast<const unsigned char*>("1 "), &length),
+              nullptr);
+    EXPECT_EQ(PSConvertToPdf(h.h, reinterpret_cast<const unsigned char*>("1 "), nullptr), nullptr);
+    EXPECT_EQ(PSConvertToPdf(h.h, nullptr, &length), nullptr);
+    EXPECT_EQ(length, 4u);
+    EXPECT_NE(std::string(PSGetErrorStr(h.h)).find("No data to run"), std::string::npos);
+    length = 0;
+    EXPECT_NE(PSConvertToPdf(h.h, nullptr, &length), nullptr) << "nothing to run is no failure";
+    EXPECT_EQ(PSGetErrorStr(nullptr), nullptr);
+    EXPECT_EQ(PSExecuteReturnStdOut(nullptr, "1 ", 2), nullptr);
+    uint32_t count = 0;
+    EXPECT_EQ(PSExecuteReturnDoubles(nullptr, "1 ", &count), nullptr);
+}
+
+TEST(ConversionExports, TwoHandlesAreIndependent) {
+    Handle a, b;
+    uint32_t length = 0xFFFFFFFFu;
+    ASSERT_NE(PSConvertToPdf(a.h, reinterpret_cast<const unsigned char*>("1 2 "), &length),
+              nullptr);
+    length = 0xFFFFFFFFu;
+    EXPECT_EQ(PSConvertToPdf(b.h, reinterpret_cast<const unsigned char*>("}"), &length), nullptr);
+    EXPECT_EQ(translator(a.h).interpreter->operandStack->size(), 2u);
+    EXPECT_EQ(translator(b.h).interpreter->operandStack->size(), 0u);
+    EXPECT_STREQ(PSGetErrorStr(a.h), "");
+}
+
+} // namespace

@@ -1,0 +1,85 @@
+// Loads the shipped library by name, as a host does, finds every export of the
+// conversion face, and converts through them.
+#include "kelumpd64/conversion.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#endif
+
+namespace {
+
+class Library {
+public:
+    Library() {
+#ifdef _WIN32
+        handle_ = LoadLibraryW(L"kelumpd64.dll");
+#else
+        handle_ = dlopen(KEL_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL);
+#endif
+    }
+    ~Library() {
+#ifdef _WIN32
+        if (handle_) FreeLibrary(handle_);
+#else
+        if (handle_) dlclose(handle_);
+#endif
+    }
+    bool loaded() const {
+        return handle_ != nullptr;
+    }
+    template <class F> F find(const char* name) const {
+#ifdef _WIN32
+        return reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(handle_, name)));
+#else
+        return reinterpret_cast<F>(dlsym(handle_, name));
+#endif
+    }
+
+private:
+#ifdef _WIN32
+    HMODULE handle_;
+#else
+    void* handle_;
+#endif
+};
+
+TEST(SharedLibrary, ExportsTheConversionFaceByName) {
+    Library library;
+    ASSERT_TRUE(library.loaded());
+    auto open = library.find<decltype(&PSOpen)>("PSOpen");
+    auto close = library.find<decltype(&PSClose)>("PSClose");
+    auto convert = library.find<decltype(&PSConvertToPdf)>("PSConvertToPdf");
+    auto doubles = library.find<decltype(&PSExecuteReturnDoubles)>("PSExecuteReturnDoubles");
+    auto stdOut = library.find<decltype(&PSExecuteReturnStdOut)>("PSExecuteReturnStdOut");
+    auto error = library.find<decltype(&PSGetErrorStr)>("PSGetErrorStr");
+    ASSERT_TRUE(open && close && convert && doubles && stdOut && error);
+
+    const float identity[6] = {1, 0, 0, 1, 0, 0};
+    PSHandle h = open(identity);
+    ASSERT_NE(h, nullptr);
+    const unsigned char program[] = "1 2.5 (text) { /x y } ";
+    uint32_t length = sizeof program - 1;
+    EXPECT_NE(convert(h, program, &length), nullptr);
+    EXPECT_EQ(length, 0u);
+    EXPECT_NE(stdOut(h, "3 ", 2), nullptr);
+    uint32_t count = 5;
+    EXPECT_EQ(doubles(h, "4 ", &count), nullptr);
+    EXPECT_EQ(count, 0u);
+
+    // A failure reaches the host as text, and the handle goes on.
+    length = 1;
+    EXPECT_EQ(convert(h, reinterpret_cast<const unsigned char*>("}"), &length), nullptr);
+    std::string text = error(h);
+    EXPECT_EQ(text.rfind("Exception:[", 0), 0u);
+    EXPECT_NE(text.find("] Expected ps_array at Mark execute\n"), std::string::npos);
+    length = 2;
+    EXPECT_NE(convert(h, reinterpret_cast<const unsigned char*>("5 "), &length), nullptr);
+    close(h);
+}
+
+} // namespace
