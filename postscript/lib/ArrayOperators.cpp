@@ -2,6 +2,7 @@
 
 #include "ArrayObject.h"
 #include "Interpreter.h"
+#include "OperatorRegistry.h"
 
 void LeftCurlyBraceOperator::execute(Interpreter& interpreter) {
     interpreter.deferredExecutionStack->push(
@@ -18,4 +19,9 @@ void RightCurlyBraceOperator::execute(Interpreter& interpreter) {
             .push(procedure.get());
     else
         interpreter.operandStack->push(procedure.get());
+}
+
+void addArrayOperators(OperatorFactories& factories) {
+    factories.add<LeftCurlyBraceOperator>("{");
+    factories.add<RightCurlyBraceOperator>("}");
 }

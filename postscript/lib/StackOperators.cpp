@@ -1,0 +1,3 @@
+#include "OperatorRegistry.h"
+
+void addStackOperators(OperatorFactories&) {}
