@@ -21,7 +21,7 @@ RegistryValue dwordValue(std::uint32_t value) {
 }
 
 std::optional<std::u16string> valueText(const RegistryValue& value) {
-    if (value.type != regtype::string) return std::nullopt;
+    if (value.type != regtype::string && value.type != regtype::expandString) return std::nullopt;
     std::u16string text(value.data.size() / 2, u'\0');
     std::memcpy(text.data(), value.data.data(), text.size() * 2);
     return text.substr(0, text.find(u'\0'));

@@ -11,7 +11,8 @@ namespace platform {
 enum class RegistryRoot { CurrentUser, LocalMachine, Users };
 
 namespace regtype {
-inline constexpr std::uint32_t string = 1; // REG_SZ
+inline constexpr std::uint32_t string = 1;       // REG_SZ
+inline constexpr std::uint32_t expandString = 2; // REG_EXPAND_SZ
 inline constexpr std::uint32_t dword = 4;  // REG_DWORD
 } // namespace regtype
 
@@ -26,7 +27,7 @@ struct RegistryValue {
 // Typed helpers for the stored forms.
 RegistryValue stringValue(const std::u16string& text);
 RegistryValue dwordValue(std::uint32_t value);
-// The text of a string value up to its first NUL; nullopt for other types.
+// The text of a (expandable) string value up to its first NUL; nullopt for other types.
 std::optional<std::u16string> valueText(const RegistryValue& value);
 std::optional<std::uint32_t> valueDword(const RegistryValue& value);
 

@@ -1,0 +1,65 @@
+#include "umpd/PrintJob.h"
+
+#include "platform/Platform.h"
+#include "umpd/PrinterConfig.h"
+#include "umpd/SystemServices.h"
+
+const platform::PrinterInfo2* PrinterInfoCache::fetch() {
+    if (!printer) return nullptr;
+    info.reset();
+    auto record = std::make_unique<platform::PrinterInfo2>();
+    if (!printer->getPrinter2(*record)) return nullptr;
+    info = std::move(record);
+    return info.get();
+}
+
+std::optional<std::vector<platform::JobInfo2>> PrintJob::getAllJobs(platform::Printer& printer,
+                                                                     std::uint32_t& count) {
+    count = 0;
+    platform::PrinterInfo2 info;
+    if (!printer.getPrinter2(info) || info.cJobs == 0) return std::nullopt;
+    // Room for two jobs more than were counted: the queue may grow meanwhile.
+    std::vector<platform::JobInfo2> jobs;
+    if (!printer.enumJobs(0, info.cJobs + 2, jobs)) return std::nullopt;
+    count = static_cast<std::uint32_t>(jobs.size());
+    return jobs;
+}
+
+void getCurrentPrintJobDocName(PrinterConfig& config, std::u16string& docName,
+                               std::uint32_t& jobId) {
+    trace(u">getCurrentPrintJobDocName %s printer %d\n", docName, config.printerHandle.get());
+    if (!config.printerHandle && !config.openPrinter(platform::printerAccessUse)) return;
+    std::uint32_t count = 0;
+    auto jobs = PrintJob::getAllJobs(*config.printerHandle, count);
+    if (!jobs) return;
+    // The job last in the queue; of equal positions the first listed.
+    const platform::JobInfo2* last = nullptr;
+    for (const auto& job : *jobs)
+        if (!last ||
+            static_cast<std::int32_t>(job.position) > static_cast<std::int32_t>(last->position))
+            last = &job;
+    char16_t buffer[260];
+    copyField(buffer, last && last->document ? *last->document : u"");
+    docName = fieldText(buffer);
+    if (jobId == 0 && last) jobId = last->jobId;
+    trace(u"<getCurrentPrintJobDocName - job %d %s\n", jobId, docName);
+}
+
+PrinterSelfScope::PrinterSelfScope() {
+    if (getPlatformId() == platformWindows) return;
+    spoolss = platform::current().spooler().loadSpoolss();
+    if (!spoolss) {
+        failureBox(u"LoadLibrary spoolss.dll", platform::mbServiceNotification);
+        return;
+    }
+    if (!spoolss->hasRevertToPrinterSelf()) {
+        failureBox(u"GetProcAddress RevertToPrinterSelf", platform::mbServiceNotification);
+        spoolss.reset();
+        return;
+    }
+    token = spoolss->revertToPrinterSelf();
+}
+
+PrinterSelfScope::~PrinterSelfScope() {
+    if (spoolss && token) spoolss->impersonatePrinterClient(token);
+}
