@@ -37,6 +37,14 @@ DictionarySet::~DictionarySet() {
     dictionaryStack.reset();
 }
 
+void DictionarySet::push(PostscriptObject* dictionary) { dictionaryStack->push(dictionary); }
+
+PostscriptObject* DictionarySet::pop() { return dictionaryStack->pop(); }
+
+void DictionarySet::popTo(std::size_t depth) {
+    while (dictionaryStack->size() > depth) releaseIfUnreferenced(dictionaryStack->pop());
+}
+
 DictionaryObject* DictionarySet::findDictionaryWith(const PostscriptObject* key) const {
     std::string text = keyText(key);
     const auto& stack = dictionaryStack->items;

@@ -19,6 +19,13 @@ public:
     DictionarySet(const DictionarySet&) = delete;
     DictionarySet& operator=(const DictionarySet&) = delete;
 
+    // Every change of the dictionary stack goes through these three, so that
+    // cached look-ups can follow.
+    void push(PostscriptObject* dictionary);
+    PostscriptObject* pop();
+    // Pops and releases down to the given depth.
+    void popTo(std::size_t depth);
+
     DictionaryObject* findDictionaryWith(const PostscriptObject* key) const;
     PostscriptObject* lookup(const PostscriptObject* key) const;
     PostscriptObject* lookupText(std::string_view text) const;

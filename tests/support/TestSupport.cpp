@@ -113,6 +113,12 @@ std::string Session::error() const {
     return message;
 }
 
+std::string eval(std::string_view program) {
+    Session s;
+    if (!s.run(program)) return "ERROR: " + s.error();
+    return s.stackValues();
+}
+
 std::vector<std::filesystem::path> samplePrograms() {
     std::vector<std::filesystem::path> found;
     std::error_code ec;

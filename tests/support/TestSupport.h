@@ -39,6 +39,10 @@ std::string render(const PostscriptObject* object);
 // scanner, and renders every object. A failure ends the scan with "ERROR: <message>".
 std::vector<std::string> scanAll(std::string_view text, const std::vector<std::size_t>& cuts = {});
 
+// Runs a program on a fresh handle: the operand stack in "==" forms, bottom
+// first and joined by blanks, or "ERROR: <message>" after a failure.
+std::string eval(std::string_view program);
+
 // describe() of every element, bottom first, joined by " | ".
 std::string describeStack(const ObjectStack& stack);
 
