@@ -3,6 +3,7 @@
 #include "ArrayObject.h"
 #include "DictionarySet.h"
 #include "FileObject.h"
+#include "GeneratedOps.h"
 #include "OperatorRegistry.h"
 #include "Parser.h"
 #include "PostscriptException.h"
@@ -22,6 +23,8 @@ Interpreter::Interpreter()
     addReference(memory->globalMemory);
     memory->currentMemory = memory->localMemory;
     dictionaries = std::make_unique<DictionarySet>(memory.get());
+    generatedOps = std::make_unique<ImplementedGenOps>(this);
+    registerGenerated(*this);
     parser = std::make_unique<Parser>(memory.get(), dictionaries.get(), &names);
     suspended = false;
     registerLanguageOperators(*this);
@@ -44,6 +47,7 @@ Interpreter::~Interpreter() {
     // Whatever is left in the memories is held by cycles only: they break them.
     releaseReference(memory->localMemory);
     releaseReference(memory->globalMemory);
+    generatedOps.reset();
 }
 
 void Interpreter::run(const unsigned char* buffer, std::size_t length) {

@@ -13,6 +13,7 @@ class BooleanObject;
 class DictionaryObject;
 class DictionarySet;
 class FileObject;
+class ImplementedGenOps;
 class IntegerObject;
 class MarkObject;
 class NullObject;
@@ -74,6 +75,7 @@ public:
     std::unique_ptr<ObjectStack> deferredExecutionStack;
     std::unique_ptr<MemoryRecord> memory;
     std::unique_ptr<DictionarySet> dictionaries;
+    std::unique_ptr<ImplementedGenOps> generatedOps;
     int32_t saveLevel = 1;
     bool suspended = false;
     std::string stdoutText;

@@ -1,0 +1,134 @@
+#include "GeneratedOps.h"
+
+#include "ArrayObject.h"
+#include "DictionaryObject.h"
+#include "DictionarySet.h"
+#include "Interpreter.h"
+#include "PostscriptException.h"
+#include "StringObject.h"
+#include "ValueObjects.h"
+
+#include <array>
+
+void ImplementedGenOps::countdictstack(Objects, Objects results) {
+    static_cast<IntegerObject*>(results[0])->value =
+        static_cast<int32_t>(interpreter->dictionaries->dictionaryStack->size());
+}
+
+void ImplementedGenOps::cvs(Objects operands, Objects results) {
+    static_cast<StringObject*>(results[0])->text() = operands[0]->equalsText();
+}
+
+void ImplementedGenOps::product(Objects, Objects results) {
+    static_cast<StringObject*>(results[0])->text() += "foliograph ps interpreter";
+}
+
+namespace {
+
+// The shared shape of all generated operators: typed pops, default results,
+// then the virtual.
+class GeneratedOperator : public NameObject {
+public:
+    GeneratedOperator(const NameAtom* atom, const char* pops, const char* pushes)
+        : NameObject(atom), pops_(pops), pushes_(pushes) {}
+
+    void execute(Interpreter& interpreter) override {
+        constexpr std::size_t most = 16;
+        std::array<Popped<>, most> operands;
+        std::array<PostscriptObject*, most> deepestFirst{};
+        std::size_t popCount = 0;
+        for (const char* code = pops_; *code; ++code, ++popCount)
+            operands[popCount] = Popped<>(popOperand(interpreter, *code));
+        for (std::size_t i = 0; i < popCount; ++i)
+            deepestFirst[i] = operands[popCount - 1 - i].get();
+
+        std::array<PostscriptObject*, most> results{};
+        std::size_t pushCount = 0;
+        for (const char* code = pushes_; *code; ++code) {
+            PostscriptObject* result = makeDefault(interpreter, *code);
+            interpreter.operandStack->push(result);
+            results[pushCount++] = result;
+        }
+        call(*interpreter.generatedOps, GeneratedOps::Objects(deepestFirst.data(), popCount),
+             GeneratedOps::Objects(results.data(), pushCount));
+    }
+
+protected:
+    virtual void call(GeneratedOps& ops, GeneratedOps::Objects operands,
+                      GeneratedOps::Objects results) = 0;
+
+private:
+    static PostscriptObject* popOperand(Interpreter& in, char code) {
+        switch (code) {
+        case 'i':
+            return in.popIntegerObject();
+        case 'b':
+            return in.popBooleanObject();
+        case 'a':
+            return in.popArrayObject();
+        case 'd':
+            return in.popDictionaryObject();
+        case 's':
+            return in.popStringObject();
+        case 'm':
+            return in.popMarkObject();
+        default:
+            return in.operandStack->pop();
+        }
+    }
+
+    static PostscriptObject* makeDefault(Interpreter& in, char code) {
+        switch (code) {
+        case 'i':
+            return new IntegerObject(0);
+        case 'b':
+            return new BooleanObject(true);
+        case 'A':
+            return in.makeArray();
+        case 'D':
+            return in.makeDictionary();
+        case 'S':
+            return in.makeString("");
+        case 'm':
+            return new MarkObject;
+        case 'n':
+            return in.makeName("", true);
+        default:
+            return new RealObject(0.0);
+        }
+    }
+
+    const char* pops_;
+    const char* pushes_;
+};
+
+#define KEL_GENERATED_CLASS(name, Stem, method, pops, pushes)                                      \
+    class Stem##GeneratedOp : public GeneratedOperator {                                           \
+    public:                                                                                        \
+        explicit Stem##GeneratedOp(const NameAtom* atom)                                           \
+            : GeneratedOperator(atom, pops, pushes) {}                                             \
+                                                                                                   \
+    protected:                                                                                     \
+        void call(GeneratedOps& ops, GeneratedOps::Objects operands,                               \
+                  GeneratedOps::Objects results) override {                                        \
+            ops.method(operands, results);                                                         \
+        }                                                                                          \
+    };
+KEL_GENERATED_OPERATORS(KEL_GENERATED_CLASS)
+#undef KEL_GENERATED_CLASS
+
+} // namespace
+
+void registerGenerated(Interpreter& interpreter) {
+    DictionarySet& dictionaries = *interpreter.dictionaries;
+    DictionaryData& system = *dictionaries.systemData;
+    auto install = [&](NameObject* op) {
+        dictionaries.generatedNames.push_back(op->text());
+        if (system.find(op->text())) dictionaries.replacedNames.push_back(op->text());
+        system.put(op->text(), op);
+    };
+#define KEL_GENERATED_REGISTER(name, Stem, method, pops, pushes)                                   \
+    install(new Stem##GeneratedOp(interpreter.intern(name)));
+    KEL_GENERATED_OPERATORS(KEL_GENERATED_REGISTER)
+#undef KEL_GENERATED_REGISTER
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "GeneratedOperatorTable.h"
+#include "PostscriptObject.h"
+
+#include <span>
+
+class Interpreter;
+
+// What a generated operator does beyond its stack effect: one virtual per
+// operator, in table order, each doing nothing. Operands come deepest first,
+// then the results that were already pushed.
+class GeneratedOps {
+public:
+    using Objects = std::span<PostscriptObject* const>;
+
+    virtual ~GeneratedOps() = default;
+
+#define KEL_GENERATED_VIRTUAL(name, Stem, method, pops, pushes)                                    \
+    virtual void method(Objects operands, Objects results) {                                       \
+        (void)operands;                                                                            \
+        (void)results;                                                                             \
+    }
+    KEL_GENERATED_OPERATORS(KEL_GENERATED_VIRTUAL)
+#undef KEL_GENERATED_VIRTUAL
+};
+
+// The actions that the generated layer does have.
+class ImplementedGenOps : public GeneratedOps {
+public:
+    explicit ImplementedGenOps(Interpreter* interpreter) : interpreter(interpreter) {}
+
+    // - countdictstack int
+    void countdictstack(Objects operands, Objects results) override;
+    // any string cvs substring; never reached, the language layer replaces cvs
+    void cvs(Objects operands, Objects results) override;
+    // - product string
+    void product(Objects operands, Objects results) override;
+
+    Interpreter* interpreter;
+};
+
+// Installs the generated operators in systemdict, in table order, noting each
+// name and the names already there.
+void registerGenerated(Interpreter& interpreter);
