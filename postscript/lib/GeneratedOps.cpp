@@ -25,84 +25,74 @@ void ImplementedGenOps::product(Objects, Objects results) {
 
 namespace {
 
-// The shared shape of all generated operators: typed pops, default results,
-// then the virtual.
-class GeneratedOperator : public NameObject {
-public:
-    GeneratedOperator(const NameAtom* atom, const char* pops, const char* pushes)
-        : NameObject(atom), pops_(pops), pushes_(pushes) {}
-
-    void execute(Interpreter& interpreter) override {
-        constexpr std::size_t most = 16;
-        std::array<Popped<>, most> operands;
-        std::array<PostscriptObject*, most> deepestFirst{};
-        std::size_t popCount = 0;
-        for (const char* code = pops_; *code; ++code, ++popCount)
-            operands[popCount] = Popped<>(popOperand(interpreter, *code));
-        for (std::size_t i = 0; i < popCount; ++i)
-            deepestFirst[i] = operands[popCount - 1 - i].get();
-
-        std::array<PostscriptObject*, most> results{};
-        std::size_t pushCount = 0;
-        for (const char* code = pushes_; *code; ++code) {
-            PostscriptObject* result = makeDefault(interpreter, *code);
-            interpreter.operandStack->push(result);
-            results[pushCount++] = result;
-        }
-        call(*interpreter.generatedOps, GeneratedOps::Objects(deepestFirst.data(), popCount),
-             GeneratedOps::Objects(results.data(), pushCount));
+PostscriptObject* popOperand(Interpreter& in, char code) {
+    switch (code) {
+    case 'i':
+        return in.popIntegerObject();
+    case 'b':
+        return in.popBooleanObject();
+    case 'a':
+        return in.popArrayObject();
+    case 'd':
+        return in.popDictionaryObject();
+    case 's':
+        return in.popStringObject();
+    case 'm':
+        return in.popMarkObject();
+    default:
+        return in.operandStack->pop();
     }
+}
 
-protected:
-    virtual void call(GeneratedOps& ops, GeneratedOps::Objects operands,
-                      GeneratedOps::Objects results) = 0;
-
-private:
-    static PostscriptObject* popOperand(Interpreter& in, char code) {
-        switch (code) {
-        case 'i':
-            return in.popIntegerObject();
-        case 'b':
-            return in.popBooleanObject();
-        case 'a':
-            return in.popArrayObject();
-        case 'd':
-            return in.popDictionaryObject();
-        case 's':
-            return in.popStringObject();
-        case 'm':
-            return in.popMarkObject();
-        default:
-            return in.operandStack->pop();
-        }
+PostscriptObject* makeDefault(Interpreter& in, char code) {
+    switch (code) {
+    case 'i':
+        return new IntegerObject(0);
+    case 'b':
+        return new BooleanObject(true);
+    case 'A':
+        return in.makeArray();
+    case 'D':
+        return in.makeDictionary();
+    case 'S':
+        return in.makeString("");
+    case 'm':
+        return new MarkObject;
+    case 'n':
+        return in.makeName("", true);
+    default:
+        return new RealObject(0.0);
     }
+}
 
-    static PostscriptObject* makeDefault(Interpreter& in, char code) {
-        switch (code) {
-        case 'i':
-            return new IntegerObject(0);
-        case 'b':
-            return new BooleanObject(true);
-        case 'A':
-            return in.makeArray();
-        case 'D':
-            return in.makeDictionary();
-        case 'S':
-            return in.makeString("");
-        case 'm':
-            return new MarkObject;
-        case 'n':
-            return in.makeName("", true);
-        default:
-            return new RealObject(0.0);
-        }
+} // namespace
+
+void GeneratedOperator::execute(Interpreter& interpreter) {
+    constexpr std::size_t most = GeneratedOperator::mostObjects;
+    std::array<Popped<>, most> operands;
+    std::array<PostscriptObject*, most> deepestFirst{};
+    std::size_t popCount = 0;
+    for (const char* code = pops_; *code; ++code, ++popCount)
+        operands[popCount] = Popped<>(popOperand(interpreter, *code));
+    for (std::size_t i = 0; i < popCount; ++i)
+        deepestFirst[i] = operands[popCount - 1 - i].get();
+
+    std::array<PostscriptObject*, most> results{};
+    std::size_t pushCount = 0;
+    for (const char* code = pushes_; *code; ++code) {
+        PostscriptObject* result = makeDefault(interpreter, *code);
+        interpreter.operandStack->push(result);
+        results[pushCount++] = result;
     }
+    call(*interpreter.generatedOps, GeneratedOps::Objects(deepestFirst.data(), popCount),
+         GeneratedOps::Objects(results.data(), pushCount));
+}
 
-    const char* pops_;
-    const char* pushes_;
-};
+namespace {
 
 #define KEL_GENERATED_CLASS(name, Stem, method, pops, pushes)                                      \
+    static_assert(sizeof(pops) <= GeneratedOperator::mostObjects + 1);                             \
+    static_assert(sizeof(pushes) <= GeneratedOperator::mostObjects + 1);                           \
     class Stem##GeneratedOp : public GeneratedOperator {                                           \
     public:                                                                                        \
         explicit Stem##GeneratedOp(const NameAtom* atom)                                           \

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "GeneratedOperatorTable.h"
-#include "PostscriptObject.h"
+#include "NameObject.h"
 
 #include <span>
 
@@ -38,6 +38,25 @@ public:
     void product(Objects operands, Objects results) override;
 
     Interpreter* interpreter;
+};
+
+// The shared shape of every generated operator: typed pops, default results,
+// then its virtual of GeneratedOps.
+class GeneratedOperator : public NameObject {
+public:
+    GeneratedOperator(const NameAtom* atom, const char* pops, const char* pushes)
+        : NameObject(atom), pops_(pops), pushes_(pushes) {}
+    void execute(Interpreter& interpreter) override;
+
+    static constexpr std::size_t mostObjects = 16;
+
+protected:
+    virtual void call(GeneratedOps& ops, GeneratedOps::Objects operands,
+                      GeneratedOps::Objects results) = 0;
+
+private:
+    const char* pops_;
+    const char* pushes_;
 };
 
 // Installs the generated operators in systemdict, in table order, noting each
