@@ -209,6 +209,18 @@ bool FakePlatform::setNullDacl(SecurityDescriptor& descriptor) {
 
 std::unique_ptr<SecurityDescriptor> FakePlatform::descriptorFromString(const std::string& sddl) {
     if (failing(Call::ConvertStringSecurityDescriptor)) return nullptr;
+    // Only the shape is checked: a component letter, a colon, and balanced brackets.
+    int depth = 0;
+    for (char c : sddl) {
+        depth += c == '(' ? 1 : c == ')' ? -1 : 0;
+        if (depth < 0) break;
+    }
+    bool shaped = sddl.size() >= 2 && sddl[1] == ':' &&
+                  std::string("OGDS").find(sddl[0]) != std::string::npos && depth == 0;
+    if (!shaped) {
+        lastError_ = error::invalidParameter;
+        return nullptr;
+    }
     auto d = std::make_unique<FakeDescriptor>();
     d->state.initialised = true;
     if (sddl.rfind("S:", 0) == 0) d->state.sacl = std::make_shared<std::string>(sddl);

@@ -1,0 +1,298 @@
+// One suite for every implementation of the platform: what the job face relies on.
+
+#include "platform/Platform.h"
+#include "platform/WideText.h"
+#include "platform/fake/FakePlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#ifdef _WIN32
+#include "platform/win32/Windows.h"
+#endif
+
+using namespace platform;
+
+namespace {
+
+struct FakeSystem {
+    static constexpr bool real = false;
+    FakePlatform fake;
+    Platform& os() { return fake; }
+};
+
+#ifdef _WIN32
+struct Win32System {
+    static constexpr bool real = true;
+    Platform& os() { return systemPlatform(); }
+};
+using Implementations = ::testing::Types<FakeSystem, Win32System>;
+#else
+using Implementations = ::testing::Types<FakeSystem>;
+#endif
+
+template <typename T> class PlatformContract : public ::testing::Test {
+protected:
+    Platform& os() { return impl.os(); }
+    // Names of this run, so that runs and tests under one Wine prefix do not meet.
+    std::u16string unique(std::u16string_view what) {
+        auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+        return u"KelContract_" + fromUtf8(info->name()) + u"_" + std::u16string(what) + u"_" +
+               fromUtf8(std::to_string(os().system().currentProcessId()));
+    }
+    std::u16string scratchDir() {
+        auto base = os().system().knownFolder(KnownFolder::LocalAppData);
+        EXPECT_TRUE(base.has_value());
+        auto dir = base.value_or(u"C:") + u"\\" + unique(u"dir");
+        os().files().createDirectory(dir);
+        return dir;
+    }
+    T impl;
+};
+
+TYPED_TEST_SUITE(PlatformContract, Implementations);
+
+TYPED_TEST(PlatformContract, RegistryCreateReportsDispositionAndKeepsTypedValues) {
+    auto path = u"Software\\KelContract\\" + this->unique(u"key");
+    auto root = this->os().registry().root(RegistryRoot::CurrentUser);
+    std::unique_ptr<RegistryKey> key;
+    std::uint32_t disposition = 0;
+    ASSERT_EQ(root->createSubKey(path, 0x2001F, key, disposition), error::success);
+    EXPECT_EQ(disposition, regCreatedNewKey);
+    ASSERT_EQ(root->createSubKey(path, 0x2001F, key, disposition), error::success);
+    EXPECT_EQ(disposition, regOpenedExistingKey);
+
+    ASSERT_EQ(key->setValue(u"name", stringValue(u"Anna \u00e9")), error::success);
+    ASSERT_EQ(key->setValue(u"count", dwordValue(0xDEADBEEF)), error::success);
+    RegistryValue value;
+    ASSERT_EQ(key->queryValue(u"NAME", value, 260), error::success);
+    EXPECT_EQ(valueText(value), u"Anna \u00e9");
+    ASSERT_EQ(key->queryValue(u"count", value, 4), error::success);
+    EXPECT_EQ(valueDword(value), 0xDEADBEEFu);
+    EXPECT_EQ(key->queryValue(u"name", value, 4), error::moreData);
+    EXPECT_EQ(key->queryValue(u"absent", value, 260), error::fileNotFound);
+
+    std::uint32_t count = 0;
+    ASSERT_EQ(key->valueCount(count), error::success);
+    EXPECT_EQ(count, 2u);
+    std::u16string name;
+    bool sawName = false, sawCount = false;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        ASSERT_EQ(key->enumValue(i, name, value), error::success);
+        sawName |= name == u"name" && valueText(value) == u"Anna \u00e9";
+        sawCount |= name == u"count" && valueDword(value) == 0xDEADBEEFu;
+    }
+    EXPECT_TRUE(sawName && sawCount);
+    EXPECT_EQ(key->enumValue(count, name, value), error::noMoreItems);
+
+    std::unique_ptr<RegistryKey> opened;
+    EXPECT_EQ(root->openSubKey(path + u"\\missing", 0x20019, opened), error::fileNotFound);
+    ASSERT_EQ(root->openSubKey(path, 0x20019, opened), error::success);
+    ASSERT_EQ(opened->queryValue(u"count", value, 4), error::success);
+}
+
+TYPED_TEST(PlatformContract, OpenCurrentUserIsTheUsersHive) {
+    auto& registry = this->os().registry();
+    ASSERT_TRUE(registry.hasOpenCurrentUser());
+    std::unique_ptr<RegistryKey> user, key;
+    ASSERT_EQ(registry.openCurrentUser(0x2001F, user), error::success);
+    auto path = u"Software\\KelContract\\" + this->unique(u"hive");
+    std::uint32_t disposition = 0;
+    ASSERT_EQ(user->createSubKey(path, 0x2001F, key, disposition), error::success);
+    ASSERT_EQ(key->setValue(u"v", dwordValue(7)), error::success);
+    std::unique_ptr<RegistryKey> again;
+    ASSERT_EQ(registry.root(RegistryRoot::CurrentUser)->openSubKey(path, 0x20019, again),
+              error::success);
+    RegistryValue value;
+    ASSERT_EQ(again->queryValue(u"v", value, 4), error::success);
+    EXPECT_EQ(valueDword(value), 7u);
+}
+
+TYPED_TEST(PlatformContract, NamedMappingIsSharedBetweenHandles) {
+    auto& kernel = this->os().kernel();
+    auto name = this->unique(u"sm");
+    EXPECT_EQ(kernel.openFileMapping(fileMapAllAccess, name), nullptr);
+    EXPECT_EQ(this->os().system().lastError(), error::fileNotFound);
+    auto created = kernel.createFileMapping(nullptr, 8152, name);
+    ASSERT_NE(created, nullptr);
+    auto opened = kernel.openFileMapping(fileMapAllAccess, name);
+    ASSERT_NE(opened, nullptr);
+    auto a = created->mapView(fileMapReadWrite);
+    auto b = opened->mapView(fileMapReadWrite);
+    ASSERT_TRUE(a && b);
+    EXPECT_EQ(b->data()[8151], 0); // page-file memory starts zeroed
+    std::memcpy(a->data() + 8000, "kel", 4);
+    EXPECT_STREQ(reinterpret_cast<const char*>(b->data() + 8000), "kel");
+    // A second create of the name gives the same object.
+    auto again = kernel.createFileMapping(nullptr, 8152, name);
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(this->os().system().lastError(), error::alreadyExists);
+    EXPECT_STREQ(reinterpret_cast<const char*>(again->mapView(fileMapReadWrite)->data() + 8000),
+                 "kel");
+}
+
+TYPED_TEST(PlatformContract, ObjectsVanishWithTheirLastHandle) {
+    auto& kernel = this->os().kernel();
+    auto name = this->unique(u"mutex");
+    {
+        auto mutex = kernel.createMutex(nullptr, true, name);
+        ASSERT_NE(mutex, nullptr);
+        EXPECT_NE(kernel.openMutex(0x1F0003, name), nullptr);
+        EXPECT_EQ(kernel.openEvent(eventAllAccess, name), nullptr); // not an event
+    }
+    EXPECT_EQ(kernel.openMutex(0x1F0003, name), nullptr);
+}
+
+TYPED_TEST(PlatformContract, AutoResetEventWakesOneWait) {
+    auto& kernel = this->os().kernel();
+    auto name = this->unique(u"event");
+    auto event = kernel.createEvent(nullptr, false, false, name);
+    ASSERT_NE(event, nullptr);
+    EXPECT_EQ(event->wait(0), WaitResult::Timeout);
+    auto other = kernel.openEvent(eventAllAccess, name);
+    ASSERT_NE(other, nullptr);
+    ASSERT_TRUE(other->set());
+    EXPECT_EQ(event->wait(0), WaitResult::Signalled);
+    EXPECT_EQ(event->wait(0), WaitResult::Timeout);
+
+    auto manual = kernel.createEvent(nullptr, true, true, this->unique(u"manual"));
+    ASSERT_NE(manual, nullptr);
+    EXPECT_EQ(manual->wait(0), WaitResult::Signalled);
+    EXPECT_EQ(manual->wait(0), WaitResult::Signalled);
+}
+
+TYPED_TEST(PlatformContract, MutexIsOwnedUntilReleased) {
+    auto& kernel = this->os().kernel();
+    auto mutex = kernel.createMutex(nullptr, false, this->unique(u"lock"));
+    ASSERT_NE(mutex, nullptr);
+    EXPECT_FALSE(mutex->release()); // not owned yet
+    EXPECT_EQ(mutex->wait(0), WaitResult::Signalled);
+    EXPECT_TRUE(mutex->release());
+}
+
+TYPED_TEST(PlatformContract, SystemFacts) {
+    auto& system = this->os().system();
+    auto version = system.osVersion();
+    ASSERT_TRUE(version.has_value());
+    EXPECT_GE(version->major, 4u);
+    EXPECT_TRUE(version->platformId == 1 || version->platformId == 2);
+
+    auto user = system.userName(260);
+    ASSERT_TRUE(user.has_value());
+    EXPECT_FALSE(user->empty());
+    EXPECT_FALSE(system.userName(1).has_value());
+    EXPECT_EQ(system.lastError(), error::insufficientBuffer);
+    EXPECT_FALSE(system.environment(u"KEL_SURELY_NOT_SET_42").has_value());
+
+    auto before = system.tickCount();
+    system.sleep(50);
+    EXPECT_GE(system.tickCount() - before, 40u);
+
+    system.seedRandom(1);
+    EXPECT_EQ(system.random(), 41); // the C runtime's first draw after srand(1)
+    EXPECT_EQ(system.random(), 18467);
+
+    auto a = system.createGuid(), b = system.createGuid();
+    ASSERT_TRUE(a && b);
+    EXPECT_TRUE(a->data1 != b->data1 || a->data4 != b->data4);
+    EXPECT_EQ(a->data3 >> 12, 4); // random GUIDs are of version 4
+
+    EXPECT_TRUE(system.errorMessage(error::fileNotFound).has_value());
+    system.setLastError(1234);
+    EXPECT_EQ(system.lastError(), 1234u);
+    EXPECT_TRUE(system.systemDirectory().has_value());
+}
+
+TYPED_TEST(PlatformContract, KnownFoldersAreDirectories) {
+    auto& os = this->os();
+    for (auto folder : {KnownFolder::LocalAppData, KnownFolder::RoamingAppData}) {
+        auto path = os.system().knownFolder(folder);
+        ASSERT_TRUE(path.has_value());
+        auto attributes = os.files().attributes(*path);
+        ASSERT_TRUE(attributes.has_value()) << toUtf8(*path);
+        EXPECT_TRUE(*attributes & fileAttributeDirectory);
+    }
+}
+
+TYPED_TEST(PlatformContract, FilesAreWrittenAndReadBack) {
+    auto& files = this->os().files();
+    auto dir = this->scratchDir();
+    EXPECT_FALSE(files.createDirectory(dir)); // exists
+    EXPECT_EQ(files.createFile(dir + u"\\missing\\x.txt"), nullptr);
+    auto path = dir + u"\\out.bin";
+    {
+        auto file = files.createFile(path);
+        ASSERT_NE(file, nullptr);
+        std::uint32_t written = 0;
+        ASSERT_TRUE(file->write("%PDF-1.4\n\0x", 11, written));
+        EXPECT_EQ(written, 11u);
+    }
+    auto attributes = files.attributes(path);
+    ASSERT_TRUE(attributes.has_value());
+    EXPECT_FALSE(*attributes & fileAttributeDirectory);
+    auto bytes = files.readFile(path);
+    ASSERT_TRUE(bytes.has_value());
+    EXPECT_EQ(std::string(bytes->begin(), bytes->end()), std::string("%PDF-1.4\n\0x", 11));
+    EXPECT_FALSE(files.attributes(dir + u"\\nothing").has_value());
+}
+
+TYPED_TEST(PlatformContract, ProfileSectionsAndIntegers) {
+    auto& files = this->os().files();
+    auto path = this->scratchDir() + u"\\kelconf.ini";
+    std::string text = "[init]\r\noverrideUserSettings=1\r\nDefaultSaveDir = C:\\out \r\n"
+                       "TrimNameChar=-5\r\n[My Printer]\r\npdfa=2\r\n";
+    {
+        auto file = files.createFile(path);
+        ASSERT_NE(file, nullptr);
+        std::uint32_t written = 0;
+        ASSERT_TRUE(file->write(text.data(), static_cast<std::uint32_t>(text.size()), written));
+    }
+    auto lines = files.profileSection(path, u"INIT", 32767);
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[0], u"overrideUserSettings=1");
+    EXPECT_EQ(lines[1], u"DefaultSaveDir=C:\\out");
+    EXPECT_EQ(lines[2], u"TrimNameChar=-5");
+    EXPECT_EQ(files.profileSection(path, u"My Printer", 32767),
+              std::vector<std::u16string>{u"pdfa=2"});
+    EXPECT_TRUE(files.profileSection(path, u"absent", 32767).empty());
+
+    EXPECT_EQ(files.profileInt(path, u"init", u"overrideUserSettings", 0), 1u);
+    EXPECT_EQ(files.profileInt(path, u"init", u"TrimNameChar", 0), static_cast<std::uint32_t>(-5));
+    EXPECT_EQ(files.profileInt(path, u"init", u"absent", 45), 45u);
+    EXPECT_EQ(files.profileInt(path + u"x", u"init", u"overrideUserSettings", 3), 3u);
+}
+
+TYPED_TEST(PlatformContract, SecurityDescriptorWithNullDaclAndLowLabel) {
+    auto& security = this->os().security();
+    auto descriptor = security.allocDescriptor(40);
+    ASSERT_NE(descriptor, nullptr);
+    ASSERT_TRUE(security.initializeDescriptor(*descriptor));
+    ASSERT_TRUE(security.setNullDacl(*descriptor));
+    auto label = security.descriptorFromString("S:(ML;;NW;;;LW)");
+    ASSERT_NE(label, nullptr);
+    void* sacl = nullptr;
+    ASSERT_TRUE(security.getSacl(*label, sacl));
+    EXPECT_NE(sacl, nullptr);
+    ASSERT_TRUE(security.setSacl(*descriptor, sacl));
+    EXPECT_EQ(security.descriptorFromString("not a descriptor (("), nullptr);
+
+    SecurityAttributes attributes{8, descriptor->get(), false};
+    auto name = this->unique(u"secured");
+    auto event = this->os().kernel().createEvent(&attributes, false, false, name);
+    ASSERT_NE(event, nullptr);
+    EXPECT_NE(this->os().kernel().openEvent(eventAllAccess, name), nullptr);
+}
+
+TYPED_TEST(PlatformContract, UnknownPrinterCannotBeOpened) {
+    auto& spooler = this->os().spooler();
+    EXPECT_EQ(spooler.openPrinter(this->unique(u"no printer"), nullptr), nullptr);
+    auto dir = spooler.driverDirectory();
+    ASSERT_TRUE(dir.has_value());
+    EXPECT_FALSE(dir->empty());
+    std::vector<PrinterInfo2> printers;
+    EXPECT_TRUE(spooler.enumPrinters(printerEnumLocal | printerEnumConnections, printers));
+}
+
+} // namespace
