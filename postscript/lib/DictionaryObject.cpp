@@ -30,6 +30,7 @@ PostscriptObject* DictionaryData::findKey(const PostscriptObject* key) const {
 void DictionaryData::put(std::string_view keyText, PostscriptObject* value) {
     if (!value) PS_THROW("cannot push null item onto stack");
     ++value->refCount;
+    if (observer) observer->keyChanged(keyText);
     auto found = entries.find(keyText);
     if (found != entries.end()) {
         PostscriptObject* old = found->second;
@@ -52,12 +53,14 @@ void DictionaryData::putObject(const PostscriptObject* key, PostscriptObject* va
 void DictionaryData::remove(std::string_view keyText) {
     auto found = entries.find(keyText);
     if (found == entries.end()) return;
+    if (observer) observer->keyChanged(keyText);
     PostscriptObject* old = found->second;
     entries.erase(found);
     releaseReference(old);
 }
 
 void DictionaryData::clear() noexcept {
+    if (observer && !entries.empty()) observer->forgetAll();
     Map old;
     old.swap(entries);
     for (auto& entry : old)

@@ -9,6 +9,8 @@
 
 // An ordered map from key text to object. Keys order byte-wise, the shorter
 // first on a tie: forall and dictionary equality walk in this order.
+class NameTable;
+
 class DictionaryData : public CompositeData {
 public:
     using Map = std::map<std::string, PostscriptObject*, std::less<>>;
@@ -16,7 +18,10 @@ public:
     explicit DictionaryData(std::string name = {})
         : CompositeData(ps_dictionary), name(std::move(name)) {}
     ~DictionaryData() override { clear(); }
-    void releaseContents() override { clear(); }
+    void releaseContents() override {
+        clear();
+        observer = nullptr; // the interpreter is going
+    }
 
     PostscriptObject* find(std::string_view keyText) const;
     PostscriptObject* findKey(const PostscriptObject* key) const;
@@ -33,6 +38,9 @@ public:
 
     Map entries;
     std::string name;
+    // The names whose cached look-ups this body's changes must reach; set
+    // while the body is on a dictionary stack, or was.
+    NameTable* observer = nullptr;
 };
 
 class DictionaryObject : public CompositeObject {

@@ -13,8 +13,9 @@ DictionaryObject* newDictionary(VirtualMemoryObject* memory, const char* name,
 const char* const dictionaryNames[] = {"systemdict", "globaldict", "userdict", "errordict"};
 } // namespace
 
-DictionarySet::DictionarySet(MemoryRecord* memories)
-    : memories(memories), dictionaryStack(std::make_unique<ObjectStack>("Dictionary Stack")) {
+DictionarySet::DictionarySet(MemoryRecord* memories, NameTable* names)
+    : memories(memories), names(names),
+      dictionaryStack(std::make_unique<ObjectStack>("Dictionary Stack")) {
     systemDict = newDictionary(memories->globalMemory, "System", systemData);
     globalDict = newDictionary(memories->globalMemory, "Global", globalData);
     userDict = newDictionary(memories->localMemory, "User", userData);
@@ -22,9 +23,9 @@ DictionarySet::DictionarySet(MemoryRecord* memories)
     DictionaryData* fontData = nullptr;
     fontDirectory = newDictionary(memories->globalMemory, "Font", fontData);
     addReference(fontDirectory);
-    dictionaryStack->push(systemDict);
-    dictionaryStack->push(globalDict);
-    dictionaryStack->push(userDict);
+    push(systemDict);
+    push(globalDict);
+    push(userDict);
     addReference(errorDict);
 }
 
@@ -37,12 +38,33 @@ DictionarySet::~DictionarySet() {
     dictionaryStack.reset();
 }
 
-void DictionarySet::push(PostscriptObject* dictionary) { dictionaryStack->push(dictionary); }
+void DictionarySet::push(PostscriptObject* dictionary) {
+    dictionaryStack->push(dictionary);
+    if (dictionary->type == ps_dictionary) {
+        DictionaryData* body = static_cast<DictionaryObject*>(dictionary)->dictionaryData();
+        if (!body->observer) body->observer = names;
+    }
+    names->forgetAll();
+}
 
-PostscriptObject* DictionarySet::pop() { return dictionaryStack->pop(); }
+PostscriptObject* DictionarySet::pop() {
+    PostscriptObject* top = dictionaryStack->pop();
+    names->forgetAll();
+    return top;
+}
 
 void DictionarySet::popTo(std::size_t depth) {
-    while (dictionaryStack->size() > depth) releaseIfUnreferenced(dictionaryStack->pop());
+    while (dictionaryStack->size() > depth)
+        releaseIfUnreferenced(pop());
+}
+
+PostscriptObject* DictionarySet::lookupName(const NameAtom* atom) const {
+    if (!useLookupCache) return lookupText(atom->text);
+    if (atom->cacheStamp == names->stamp) return atom->cachedValue;
+    PostscriptObject* value = lookupText(atom->text);
+    atom->cachedValue = value;
+    atom->cacheStamp = names->stamp;
+    return value;
 }
 
 DictionaryObject* DictionarySet::findDictionaryWith(const PostscriptObject* key) const {

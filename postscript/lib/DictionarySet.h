@@ -9,12 +9,14 @@
 #include <vector>
 
 struct MemoryRecord;
+class NameTable;
+struct NameAtom;
 
 // The dictionaries of an interpreter and the dictionary stack. Walks go from
 // the top of the stack down and stop at an entry that is not a dictionary.
 class DictionarySet {
 public:
-    explicit DictionarySet(MemoryRecord* memories);
+    DictionarySet(MemoryRecord* memories, NameTable* names);
     ~DictionarySet();
     DictionarySet(const DictionarySet&) = delete;
     DictionarySet& operator=(const DictionarySet&) = delete;
@@ -29,6 +31,11 @@ public:
     DictionaryObject* findDictionaryWith(const PostscriptObject* key) const;
     PostscriptObject* lookup(const PostscriptObject* key) const;
     PostscriptObject* lookupText(std::string_view text) const;
+    // lookupText for a name, answered from its cache while nothing changed.
+    PostscriptObject* lookupName(const NameAtom* atom) const;
+
+    // Off only to measure what the cache saves.
+    bool useLookupCache = true;
 
     // Names of the generated operators, and the names a later layer replaced.
     std::vector<std::string> replacedNames;
@@ -43,6 +50,7 @@ public:
     DictionaryData* errorData;
     DictionaryObject* errorDict;
     MemoryRecord* memories;
+    NameTable* names;
     DictionaryObject* fontDirectory;
     std::unique_ptr<ObjectStack> dictionaryStack;
 };

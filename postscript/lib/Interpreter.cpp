@@ -22,7 +22,7 @@ Interpreter::Interpreter()
     addReference(memory->localMemory);
     addReference(memory->globalMemory);
     memory->currentMemory = memory->localMemory;
-    dictionaries = std::make_unique<DictionarySet>(memory.get());
+    dictionaries = std::make_unique<DictionarySet>(memory.get(), &names);
     generatedOps = std::make_unique<ImplementedGenOps>(this);
     registerGenerated(*this);
     parser = std::make_unique<Parser>(memory.get(), dictionaries.get(), &names);

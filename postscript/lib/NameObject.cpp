@@ -13,12 +13,17 @@ const NameAtom* NameTable::intern(std::string_view text) {
     return result;
 }
 
+void NameTable::keyChanged(std::string_view text) {
+    auto found = atoms_.find(text);
+    if (found != atoms_.end()) found->second->cacheStamp = 0;
+}
+
 std::string NameObject::describe() const {
     return std::string(typeName(type)) + " " + atom->text;
 }
 
 void NameObject::execute(Interpreter& interpreter) {
-    PostscriptObject* value = interpreter.dictionaries->lookupText(atom->text);
+    PostscriptObject* value = interpreter.dictionaries->lookupName(atom);
     if (value) {
         armProcedure(value);
         interpreter.executionStack->push(value);

@@ -13,12 +13,24 @@
 struct NameAtom {
     explicit NameAtom(std::string_view text) : text(text) {}
     std::string text;
+    // The last look-up of this name through the dictionary stack, valid while
+    // cacheStamp equals the table's stamp.
+    mutable PostscriptObject* cachedValue = nullptr;
+    mutable uint64_t cacheStamp = 0;
 };
 
 class NameTable {
 public:
     const NameAtom* intern(std::string_view text);
     std::size_t size() const { return atoms_.size(); }
+
+    // Cached look-ups follow every change: a key defined or removed in a
+    // dictionary forgets that name's look-up; a change of the dictionary
+    // stack, or a dictionary emptied, forgets all.
+    void keyChanged(std::string_view text);
+    void forgetAll() { ++stamp; }
+
+    uint64_t stamp = 1;
 
 private:
     struct Hash {
