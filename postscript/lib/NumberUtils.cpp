@@ -78,6 +78,27 @@ bool isDecimalToken(std::string_view token) {
     return true;
 }
 
+bool parseIntegerToken(std::string_view token, int32_t& value) {
+    if (token.size() >= 3 && token[1] == '#' && isDigit(token[0])) {
+        std::string_view digits = token.substr(2);
+        if (parseLong(digits, token[0] - '0', value) == digits.size()) return true;
+    }
+    if (token.size() >= 4 && token[2] == '#' && isDigit(token[0]) && isDigit(token[1])) {
+        std::string_view digits = token.substr(3);
+        if (parseLong(digits, (token[0] - '0') * 10 + (token[1] - '0'), value) == digits.size())
+            return true;
+    }
+    if (!isDecimalToken(token)) return false;
+    value = parseDecimal(token);
+    return true;
+}
+
+int32_t truncateToInt32(double value) {
+    // The comparisons are false for NaN as well.
+    if (value > -2147483649.0 && value < 2147483648.0) return static_cast<int32_t>(value);
+    return std::numeric_limits<int32_t>::min();
+}
+
 bool isRealToken(std::string_view token) {
     bool dot = false, exponent = false;
     for (std::size_t i = 0; i < token.size(); ++i) {

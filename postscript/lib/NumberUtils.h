@@ -17,6 +17,14 @@ int32_t parseDecimal(std::string_view text);
 // An optional sign or a first digit, then digits only. "+" and "-" qualify.
 bool isDecimalToken(std::string_view token);
 
+// The scanner's integer forms: "base#digits" with a base of one or two decimal
+// digits and all the digits used up, or else a decimal token read as atoi().
+bool parseIntegerToken(std::string_view token, int32_t& value);
+
+// A float truncated toward zero to 32 bits. NaN and values beyond the range
+// give the lowest integer, as the processor's conversion does.
+int32_t truncateToInt32(double value);
+
 // Digits, at most one ".", at most one "E" or "e", a sign only at the start.
 bool isRealToken(std::string_view token);
 

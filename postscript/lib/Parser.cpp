@@ -264,22 +264,8 @@ PostscriptObject* Parser::finishToken() {
     std::string_view text(token);
     text = text.substr(0, text.find('\0'));
     PostscriptObject* result = nullptr;
-    auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
     int32_t value = 0;
-
-    if (text.size() >= 3 && text[1] == '#' && isDigit(text[0])) {
-        std::string_view digits = text.substr(2);
-        if (numbers::parseLong(digits, text[0] - '0', value) == digits.size())
-            result = new IntegerObject(value);
-    }
-    if (!result && text.size() >= 4 && text[2] == '#' && isDigit(text[0]) && isDigit(text[1])) {
-        std::string_view digits = text.substr(3);
-        int base = (text[0] - '0') * 10 + (text[1] - '0');
-        if (numbers::parseLong(digits, base, value) == digits.size())
-            result = new IntegerObject(value);
-    }
-    if (!result && numbers::isDecimalToken(text))
-        result = new IntegerObject(numbers::parseDecimal(text));
+    if (numbers::parseIntegerToken(text, value)) result = new IntegerObject(value);
     double real = 0;
     if (!result && numbers::isRealToken(text) && numbers::parseReal(text, real))
         result = new RealObject(real);
