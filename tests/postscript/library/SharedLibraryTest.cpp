@@ -66,7 +66,9 @@ TEST(SharedLibrary, ExportsTheConversionFaceByName) {
     uint32_t length = sizeof program - 1;
     EXPECT_NE(convert(h, program, &length), nullptr);
     EXPECT_EQ(length, 0u);
-    EXPECT_NE(stdOut(h, "3 ", 2), nullptr);
+    const char* out = stdOut(h, "3 stack ", 8);
+    ASSERT_NE(out, nullptr);
+    EXPECT_STREQ(out, "3\n[x y ]\n(text)\n2.500000\n1\n");
     uint32_t count = 5;
     EXPECT_EQ(doubles(h, "4 ", &count), nullptr);
     EXPECT_EQ(count, 0u);
