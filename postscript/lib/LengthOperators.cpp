@@ -1,0 +1,31 @@
+#include "LengthOperators.h"
+
+#include "ArrayObject.h"
+#include "DictionaryObject.h"
+#include "HeldOperand.h"
+#include "Interpreter.h"
+#include "PostscriptException.h"
+#include "StringObject.h"
+#include "ValueObjects.h"
+
+void LengthOperator::execute(Interpreter& interpreter) {
+    Held<> object = popOperand(interpreter);
+    std::size_t length = 0;
+    switch (object->type) {
+    case ps_string:
+        length = static_cast<StringObject*>(object.get())->text().size();
+        break;
+    case ps_name:
+        length = static_cast<NameObject*>(object.get())->text().size();
+        break;
+    case ps_array:
+        length = static_cast<ArrayObject*>(object.get())->items().size();
+        break;
+    case ps_dictionary:
+        length = static_cast<DictionaryObject*>(object.get())->dictionaryData()->size();
+        break;
+    default:
+        PS_THROW("Unsupported param to length");
+    }
+    interpreter.operandStack->push(new IntegerObject(static_cast<int32_t>(length)));
+}
