@@ -1,0 +1,93 @@
+#include "umpd/FakeOs.h"
+#include "umpd/ProcessRunner.h"
+
+using namespace testing_support;
+using platform::Call;
+using platform::RegistryRoot;
+
+namespace {
+
+using RunProcess = FakeOsTest;
+
+TEST_F(RunProcess, DetachedStartAndWait) {
+    fake.processExitCode = 3;
+    std::uint32_t exitCode = 0;
+    EXPECT_TRUE(runProcess(u"a.exe -x", u"C:\\work", true, &exitCode, 11));
+    EXPECT_EQ(exitCode, 3u);
+    ASSERT_EQ(fake.started.size(), 1u);
+    const auto& start = fake.started[0];
+    EXPECT_EQ(start.commandLine, u"a.exe -x");
+    EXPECT_EQ(start.workingDirectory, u"C:\\work");
+    EXPECT_EQ(start.creationFlags, 0x28u);
+    EXPECT_EQ(start.showWindow, platform::swHide);
+
+    EXPECT_TRUE(runProcess(u"b.exe", std::nullopt, false, nullptr, 0));
+    EXPECT_FALSE(fake.started[1].showWindow.has_value());
+}
+
+TEST_F(RunProcess, FailureGoesToTheDebugger) {
+    fake.fail(Call::CreateProcess, 2);
+    EXPECT_FALSE(runProcess(u"missing.exe", std::nullopt, true, nullptr, 0));
+    EXPECT_EQ(fake.debugLines(),
+              std::vector<std::string>{"CreateProcess failed [2].  Cmd Line : missing.exe\n"});
+}
+
+const std::u16string runKey = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+const std::u16string driverDir = u"C:\\windows\\system32\\spool\\drivers\\x64\\3\\";
+
+// 400 bytes with its NUL: more than the 260 bytes the value is read into.
+const std::u16string longEntry(199, u'x');
+
+struct AutostartRow {
+    const char* name;
+    const char16_t* entry; // null: none
+    bool setup;            // kelsetup.exe started
+};
+
+class Autostart : public FakeOsTest, public ::testing::WithParamInterface<AutostartRow> {};
+
+TEST_P(Autostart, RepairsOnlyAnEntryOfAnotherDriver) {
+    auto row = GetParam();
+    if (row.entry)
+        fake.setRegistryValue(RegistryRoot::CurrentUser, runKey, u"kelmsnd.exe",
+                              platform::stringValue(row.entry));
+    checkAutostart(u"My Printer", driverDir);
+    ASSERT_EQ(fake.started.size(), row.setup ? 1u : 0u);
+    if (!row.setup) return;
+    EXPECT_EQ(fake.started[0].commandLine,
+              driverDir + u"kelsetup.exe -printer=\"My Printer\" -installStartmenu");
+    EXPECT_EQ(fake.started[0].creationFlags, 0x28u);
+    EXPECT_FALSE(fake.started[0].workingDirectory.has_value());
+    EXPECT_FALSE(fake.started[0].showWindow.has_value());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Entries, Autostart,
+    ::testing::Values(
+        AutostartRow{"Missing", nullptr, false},
+        AutostartRow{"Current", u"C:\\windows\\system32\\spool\\drivers\\x64\\3\\kelmsnd.exe",
+                     false},
+        AutostartRow{"OldDriverVersion2",
+                     u"C:\\windows\\system32\\spool\\drivers\\w32x86\\2\\kelmsnd.exe", true},
+        AutostartRow{"OtherPath", u"D:\\old\\kelmsnd.exe", true},
+        AutostartRow{"TooLongForItsBuffer", longEntry.c_str(), false}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST_F(FakeOsTest, AutostartSkipsWhenTheKeyCannotBeOpened) {
+    fake.setRegistryValue(RegistryRoot::CurrentUser, runKey, u"kelmsnd.exe",
+                          platform::stringValue(u"D:\\old\\kelmsnd.exe"));
+    fake.fail(Call::RegCreateKey);
+    checkAutostart(u"P", driverDir);
+    EXPECT_TRUE(fake.started.empty());
+}
+
+TEST_F(FakeOsTest, AutostartNeedsRoomForTheSetupName) {
+    fake.setRegistryValue(RegistryRoot::CurrentUser, runKey, u"kelmsnd.exe",
+                          platform::stringValue(u"D:\\old\\kelmsnd.exe"));
+    checkAutostart(u"P", std::u16string(248, u'd')); // 248 + 12 > 259
+    EXPECT_TRUE(fake.started.empty());
+    checkAutostart(u"P", std::u16string(247, u'd'));
+    EXPECT_EQ(fake.started.size(), 1u);
+}
+
+} // namespace
