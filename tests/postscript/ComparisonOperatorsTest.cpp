@@ -1,0 +1,119 @@
+#include "support/TestSupport.h"
+
+#include "DictionarySet.h"
+#include "ValueObjects.h"
+
+#include <gtest/gtest.h>
+
+using testing_support::eval;
+using testing_support::Session;
+
+namespace {
+
+struct Case {
+    const char* program;
+    const char* result; // the stack in "==" forms, or "ERROR: <message>"
+};
+
+void PrintTo(const Case& c, std::ostream* os) {
+    *os << '"' << c.program << '"';
+}
+
+class Relational : public ::testing::TestWithParam<Case> {};
+
+TEST_P(Relational, Evaluates) {
+    EXPECT_EQ(eval(GetParam().program), GetParam().result);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Numbers, Relational,
+    ::testing::Values(Case{"1 2 lt 2 1 lt 1 1 lt ", "true false false"},
+                      Case{"1 2 le 2 1 le 1 1 le ", "true false true"},
+                      Case{"1 2 gt 2 1 gt 1 1 gt ", "false true false"},
+                      Case{"1 2 ge 2 1 ge 1 1 ge ", "false true true"},
+                      Case{"1.5 1 gt 1 1.5 gt 2.5 2.5 ge ", "true false true"},
+                      Case{"1.0 1 eq 1 1.0 ne 1 2 eq 1 2 ne ", "true false false true"},
+                      // The difference of two integers wraps at 32 bits.
+                      Case{"2147483647 -1 gt ", "false"}, Case{"-2147483648 1 lt ", "false"},
+                      Case{"-2147483648 2147483647 gt ", "true"},
+                      Case{"2147483647 -1 ne ", "true"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    OtherTypes, Relational,
+    ::testing::Values(
+        Case{"(abc) (abd) lt (b) (abc) gt (abc) (abc) eq ", "true true true"},
+        Case{"/b /a gt /a /a ge /a /b ne ", "true true true"},
+        Case{"(ab) (abc) lt (\\377) (a) gt ", "true true"},
+        // Texts end at their first NUL.
+        Case{"(ab\\000x) (ab\\000y) eq ", "true"},
+        Case{"null null eq null 1 eq 1 null eq (a) null ne ", "true false false true"},
+        // Booleans count as 0 and 1, also against integers: the integer minus the
+        // boolean, whichever stands first.
+        Case{"true 1 eq false 0 eq true false gt ", "true true true"},
+        Case{"true 0 lt 0 true lt 2 true gt true 2 gt ", "true true true true"},
+        // Arrays and dictionaries compare element by element.
+        Case{"{1 2} {1 2} eq {1 2} {1 3} eq {1 2} {1} eq {} {} eq ", "true false false true"},
+        Case{"{1 {2 (x)}} {1.0 {2 (x)}} eq {1} {1} ne ", "true false"},
+        Case{"userdict userdict eq ", "true"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Failures, Relational,
+    ::testing::Values(Case{"(abc) 5 eq ", "ERROR: Unsupported type comparison"},
+                      Case{"/a (a) eq ", "ERROR: Unsupported type comparison"},
+                      Case{"{1} userdict eq ", "ERROR: Unsupported type comparison"},
+                      Case{"{1} {1} lt ", "ERROR: Unsupported type comparison"},
+                      Case{"{1 (a)} {1 /a} ne ", "ERROR: Unsupported type comparison"},
+                      Case{"null null lt ", "ERROR: Unsupported type comparison"},
+                      Case{"1 ge ", "ERROR: pop - expected item on stack"},
+                      Case{"eq ", "ERROR: pop - expected item on stack"}));
+
+class Logical : public ::testing::TestWithParam<Case> {};
+
+TEST_P(Logical, Evaluates) {
+    EXPECT_EQ(eval(GetParam().program), GetParam().result);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, Logical,
+    ::testing::Values(Case{"true true and true false and false false and ", "true false false"},
+                      Case{"true false or false false or ", "true false"},
+                      Case{"true false xor true true xor ", "true false"},
+                      Case{"12 10 and 12 10 or 12 10 xor -1 255 and ", "8 14 6 255"},
+                      Case{"true not false not ", "false true"},
+                      // not negates an integer instead of complementing it.
+                      Case{"5 not 0 not -2147483648 not ", "-5 0 -2147483648"},
+                      Case{"1 true and ", "ERROR: Unsupported type of param to and"},
+                      Case{"true 1 and ", "ERROR: Unsupported type of param to and"},
+                      Case{"1.0 1 or ", "ERROR: Unsupported type of param to or"},
+                      Case{"(a) (b) xor ", "ERROR: Unsupported type of param to xor"},
+                      Case{"1.5 not ", "ERROR: Unsupported type of param to not"},
+                      Case{"null not ", "ERROR: Unsupported type of param to not"},
+                      Case{"true and ", "ERROR: pop - expected item on stack"},
+                      Case{"1 true false null 2 ", "1 true false null 2"},
+                      Case{"true xcheck false xcheck null xcheck ", "true true true"}));
+
+TEST(Logical, FailureKeepsOperandsPopped) {
+    Session s;
+    EXPECT_FALSE(s.run("7 1 true or "));
+    EXPECT_EQ(s.error(), "Unsupported type of param to or");
+    EXPECT_EQ(s.stackValues(), "7");
+}
+
+TEST(Constants, GoThroughTheExecutionStack) {
+    for (const char* name : {"true", "false", "null"}) {
+        Session s;
+        Interpreter& interpreter = s.interpreter();
+        PostscriptObject* op = interpreter.dictionaries->lookupText(name);
+        ASSERT_NE(op, nullptr) << name;
+        op->execute(interpreter);
+        EXPECT_TRUE(interpreter.operandStack->empty()) << name;
+        ASSERT_EQ(interpreter.executionStack->size(), 1u) << name;
+        EXPECT_EQ(interpreter.executionStack->top()->doubleEqualsText(), name);
+        // The next turn of the run loop moves it.
+        ASSERT_TRUE(s.run(""));
+        EXPECT_TRUE(interpreter.executionStack->empty()) << name;
+        EXPECT_EQ(s.stackValues(), name);
+    }
+}
+
+} // namespace
