@@ -1,0 +1,140 @@
+#include "support/TestSupport.h"
+
+#include "StringObject.h"
+
+#include <gtest/gtest.h>
+
+using testing_support::eval;
+using testing_support::render;
+using testing_support::Session;
+
+namespace {
+
+struct Case {
+    const char* program;
+    const char* result;
+};
+
+void PrintTo(const Case& c, std::ostream* os) {
+    *os << '"' << c.program << '"';
+}
+
+class StringOperators : public ::testing::TestWithParam<Case> {};
+
+TEST_P(StringOperators, Eval) {
+    EXPECT_EQ(eval(GetParam().program), GetParam().result);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(MakingAndLength, StringOperators, ::testing::Values(
+    Case{"3 string length 0 string length ", "3 0"},
+    Case{"2 string 1 get ", "0"},
+    Case{"-1 string ", "ERROR: Illegal length passed to string"},
+    Case{"(x) string ", "ERROR: Expected ps_integer at length of string"},
+    Case{"(abc) length (a\\000b) length ", "3 3"},
+    // The one operator that counts a name, operators included.
+    Case{"/name length /add load length ", "4 3"},
+    Case{"5 length ", "ERROR: Unsupported param to length"},
+    Case{"1.5 length ", "ERROR: Unsupported param to length"},
+    Case{"length ", "ERROR: pop - expected item on stack"}));
+// clang-format on
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(GetPut, StringOperators, ::testing::Values(
+    Case{"(abc) 1 get ", "98"},
+    // Bytes come out signed.
+    Case{"(\\310) 0 get (\\377) 0 get ", "-56 -1"},
+    Case{"(abc) 3 get ", "ERROR: String index out of bounds"},
+    Case{"(abc) -1 get ", "ERROR: String index out of bounds"},
+    Case{"(abc) /x get ", "ERROR: Unsupported parameter types to get"},
+    // put stores the low byte of the index; the value is checked, then ignored.
+    Case{"/s (abc) def s 1 65 put s 1 get s 0 get ", "1 97"},
+    Case{"/s 300 string def s 200 7 put s 256 7 put s 200 get s 256 get ", "-56 0"},
+    Case{"(abc) 5 65 put ", "ERROR: Illegal string index passed to put"},
+    Case{"(abc) 3 65 put ", "ERROR: Illegal string index passed to put"},
+    Case{"(abc) -1 65 put ", "ERROR: Illegal string index passed to put"},
+    Case{"(abc) 1 (A) put ", "ERROR: Unsupported parameter types to put"},
+    Case{"(abc) 1 1.0 put ", "ERROR: Unsupported parameter types to put"},
+    Case{"(abc) /k 1 put ", "ERROR: Unsupported parameter types to put"}));
+// clang-format on
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Intervals, StringOperators, ::testing::Values(
+    Case{"(abcdef) 1 3 getinterval ", "(bcd)"},
+    Case{"(abc) 1 5 getinterval ", "(bc)"},
+    Case{"(abc) 1 -1 getinterval ", "(bc)"},
+    Case{"(abc) 3 2 getinterval ", "()"},
+    Case{"(abc) 4 0 getinterval ", "ERROR: invalid string position"},
+    Case{"(abc) -1 1 getinterval ", "ERROR: invalid string position"},
+    Case{"/s (abc) def /t s 0 2 getinterval def t 0 (zz) putinterval s t ", "(abc) (zz)"},
+    // A string target grows as needed; no range failure.
+    Case{"/s (ab) def s 1 (xyz) putinterval s ", "(axyz)"},
+    Case{"/s (abcdef) def s 1 (xy) putinterval s ", "(axydef)"},
+    Case{"/s (ab) def s 5 (xy) putinterval s ", "(abxy)"},
+    Case{"/s (abc) def s 0 () putinterval s ", "(abc)"},
+    Case{"/s (abcd) def s -1 (xy) putinterval s ", "(xybcd)"},
+    Case{"/s (abc) def s 1 s putinterval s ", "(aabc)"},
+    Case{"(ab) 0 5 putinterval ", "ERROR: putinterval expected array or string"},
+    Case{"{ 1 } 0 (x) putinterval ", "ERROR: putinterval- only expecting ps_string"}));
+// clang-format on
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Anchorsearch, StringOperators, ::testing::Values(
+    Case{"(abc) (ab) anchorsearch ", "(c) (ab) true"},
+    Case{"(abc) (bc) anchorsearch ", "(abc) false"},
+    Case{"(ab) (abc) anchorsearch ", "(ab) false"},
+    Case{"(abc) () anchorsearch ", "(abc) () true"},
+    Case{"(abc) (abc) anchorsearch ", "() (abc) true"},
+    Case{"(a\\000bc) (a\\000b) anchorsearch ", "(c) (a) true"},
+    Case{"(a\\000b) (a\\000c) anchorsearch ", "(a) false"},
+    // The string object's own body is shortened.
+    Case{"/s (abc) def s (ab) anchorsearch s ", "(c) (ab) true (c)"},
+    Case{"(abc) 1 anchorsearch ", "ERROR: Expected ps_string at popStringObject"},
+    Case{"1 (a) anchorsearch ", "ERROR: Expected ps_string at popStringObject"}));
+// clang-format on
+
+TEST(StringOperators, StringIsZeroBytes) {
+    Session s;
+    ASSERT_TRUE(s.run("3 string "));
+    EXPECT_EQ(render(s.interpreter().operandStack->top()), "(\\x00\\x00\\x00)");
+}
+
+TEST(StringOperators, FailedGetintervalLeavesAnEmptyString) {
+    Session s;
+    EXPECT_FALSE(s.run("(abc) 4 1 getinterval "));
+    EXPECT_EQ(s.error(), "invalid string position");
+    EXPECT_EQ(s.stackValues(), "()");
+}
+
+TEST(StringOperators, GetintervalCopiesBytesNotFilters) {
+    Session s;
+    ASSERT_TRUE(s.run("<414243> 0 2 getinterval <414243> 5 2 getinterval "));
+    const ObjectStack& st = *s.interpreter().operandStack;
+    EXPECT_EQ(render(st.at(0)), "(41)");
+    EXPECT_EQ(render(st.at(1)), "(3>)");
+}
+
+TEST(StringOperators, AnchorsearchMatchReachesSharersAndPushesTheSeekItself) {
+    Session s;
+    Interpreter& in = s.interpreter();
+    ASSERT_TRUE(s.run("(abcd) "));
+    PostscriptObject* sharer = in.operandStack->top()->clone(nullptr);
+    in.operandStack->push(sharer);
+    ASSERT_TRUE(s.run("(ab) anchorsearch "));
+    ASSERT_EQ(in.operandStack->size(), 4u);
+    EXPECT_EQ(static_cast<StringObject*>(in.operandStack->at(0))->text(), "cd");
+    EXPECT_EQ(in.operandStack->at(1), sharer);
+    EXPECT_EQ(render(in.operandStack->at(2)), "(ab)");
+    EXPECT_EQ(in.operandStack->at(3)->doubleEqualsText(), "true");
+}
+
+TEST(StringOperators, PutintervalChangesTheSharedBody) {
+    Session s;
+    Interpreter& in = s.interpreter();
+    ASSERT_TRUE(s.run("(ab) "));
+    in.operandStack->push(in.operandStack->top()->clone(nullptr));
+    ASSERT_TRUE(s.run("1 (xyz) putinterval "));
+    EXPECT_EQ(s.stackValues(), "(axyz)");
+}
+
+} // namespace
