@@ -1,3 +1,18 @@
+#include "ExecOperators.h"
+#include "IfOperators.h"
+#include "LoopOperators.h"
 #include "OperatorRegistry.h"
+#include "StopOperators.h"
 
-void addControlOperators(OperatorFactories&) {}
+void addControlOperators(OperatorFactories& factories) {
+    factories.add<IfElseOperator>("ifelse");
+    factories.add<IfOperator>("if");
+    factories.add<ForOperator>("for");
+    factories.add<ForallOperator>("forall");
+    factories.add<LoopOperator>("loop");
+    factories.add<RepeatOperator>("repeat");
+    factories.add<ExitOperator>("exit");
+    factories.add<StoppedOperator>("stopped");
+    factories.add<StopOperator>("stop");
+    factories.add<ExecOperator>("exec");
+}

@@ -1,0 +1,237 @@
+#include "support/TestSupport.h"
+
+#include "ArrayObject.h"
+#include "DictionarySet.h"
+#include "Interpreter.h"
+#include "ValueObjects.h"
+#include "kelumpd64/conversion.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+using testing_support::Session;
+
+namespace {
+
+// A session in which F is the boolean false: `bfalse` pushes true.
+struct ControlSession : Session {
+    ControlSession() {
+        interpreter().dictionaries->userData->putText("F", new BooleanObject(false));
+    }
+};
+
+std::string evalControl(std::string_view program) {
+    ControlSession s;
+    if (!s.run(program)) return "ERROR: " + s.error();
+    return s.stackValues();
+}
+
+struct Case {
+    const char* program;
+    const char* result; // the stack in "==" forms, or "ERROR: message"
+};
+
+void PrintTo(const Case& c, std::ostream* os) {
+    *os << '"' << c.program << '"';
+}
+
+class ControlOperators : public ::testing::TestWithParam<Case> {};
+
+TEST_P(ControlOperators, Evaluate) {
+    EXPECT_EQ(evalControl(GetParam().program), GetParam().result);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    IfIfelse, ControlOperators,
+    ::testing::Values(Case{"btrue { 1 } if ", "1"}, Case{"F { 1 } if ", ""},
+                      // The procedure's type isn't checked: a number just lands on the stack.
+                      Case{"btrue 5 if ", "5"}, Case{"btrue [1 2] if ", "[1 2 ]"},
+                      Case{"/p { 1 } def btrue /p load if ", "1"},
+                      Case{"btrue { btrue { 1 } if 2 } if ", "1 2"},
+                      Case{"1 { 2 } if ", "ERROR: Expected ps_boolean at if"},
+                      Case{"{ 2 } if ", "ERROR: Expected ps_boolean at if"},
+                      Case{"btrue { 1 } { 2 } ifelse ", "1"}, Case{"F { 1 } { 2 } ifelse ", "2"},
+                      Case{"F { 1 } 2 ifelse ", "2"},
+                      Case{"0 { 1 } { 2 } ifelse ", "ERROR: Expected ps_boolean at ifelse"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Exec, ControlOperators,
+    ::testing::Values(Case{"{ 1 2 } exec ", "1 2"}, Case{"{} exec ", ""}, Case{"1 exec ", "1"},
+                      Case{"(abc) exec ", "(abc)"}, Case{"/x exec ", "x"},
+                      Case{"[1 2] exec ", "[1 2 ]"}, Case{"1 2 /pop load exec ", "1"},
+                      // exec arms a procedure fetched as a literal, every time.
+                      Case{"/p { 1 } def /p load exec /p load exec ", "1 1"},
+                      Case{"exec ", "ERROR: pop - expected item on stack"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    For, ControlOperators,
+    ::testing::Values(
+        // The limit itself is never reached, in either direction.
+        Case{"1 1 3 {} for ", "1 2"}, Case{"3 -1 1 {} for ", "3 2"}, Case{"0 1 0 {} for ", ""},
+        Case{"5 1 1 {} for ", ""}, Case{"1 2 6 {} for ", "1 3 5"},
+        Case{"1 1 3 { 10 } for ", "1 10 2 10"},
+        // One real among the three operands makes every control value a real.
+        Case{"1.5 1 3 {} for ", "1.500000 2.500000"}, Case{"1 1.0 3 {} for ", "1.000000 2.000000"},
+        Case{"1 1 3.0 {} for ", "1.000000 2.000000"},
+        Case{"0 0.5 2 {} for ", "0.000000 0.500000 1.000000 1.500000"},
+        Case{"3 -0.5 2 {} for ", "3.000000 2.500000"},
+        // A zero increment counts as ascending, and would not end without exit.
+        Case{"0 0 1 { exit } for ", "0"}, Case{"0 1 10 { exit } for 5 ", "0 5"},
+        Case{"1 1 3 { 1 1 3 { 0 } for } for ", "1 1 0 2 0 2 1 0 2 0"},
+        Case{"(a) 1 3.0 {} for ", "ERROR: Unsupported number type in initial for loop value"},
+        Case{"1 (a) 3 {} for ", "ERROR: Unsupported increment type in for loop"},
+        Case{"(a) 1 3 {} for ", "ERROR: Unsupported type comparison"},
+        Case{"1 3 {} for ", "ERROR: pop - expected item on stack"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    RepeatLoop, ControlOperators,
+    ::testing::Values(Case{"3 { 1 } repeat ", "1 1 1"}, Case{"0 { 1 } repeat ", ""},
+                      Case{"-2 { 1 } repeat ", ""}, Case{"2 { 1 } repeat 3 ", "1 1 3"},
+                      Case{"2 { 2 { 7 } repeat 8 } repeat ", "7 7 8 7 7 8"},
+                      Case{"3 { 1 exit } repeat ", "1"},
+                      Case{"(a) { 1 } repeat ", "ERROR: Expected ps_integer at repeat"},
+                      Case{"{ 1 exit } loop 2 ", "1 2"},
+                      Case{"{ { 1 exit } loop 2 exit } loop ", "1 2"},
+                      Case{"loop ", "ERROR: pop - expected item on stack"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Forall, ControlOperators,
+    ::testing::Values(Case{"[1 (a) /n] {} forall ", "1 (a) n"}, Case{"[] {} forall ", ""},
+                      Case{"(abc) {} forall ", "97 98 99"},
+                      // Bytes are taken as signed.
+                      Case{"(\\310\\377\\177) {} forall ", "-56 -1 127"}, Case{"() {} forall ", ""},
+                      // Keys in byte order, each a name of the key text.
+                      Case{"1 dict dup begin /b 2 def (a) 1 def end {} forall ", "a 1 b 2"},
+                      Case{"1 dict dup begin 5 (five) def end {} forall ", "ps_integer 5 (five)"},
+                      Case{"1 dict {} forall ", ""}, Case{"[1 2] { exit } forall ", "1"},
+                      // The walk goes by position: an entry added in front is seen again.
+                      Case{"/d 1 dict def d /b 2 put d /c 3 put d { pop d /a 0 put } forall ",
+                           "b b c"},
+                      Case{"5 {} forall ", "ERROR: Unsupported forall elements param"},
+                      Case{"{} forall ", "ERROR: pop - expected item on stack"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    ExitStopStopped, ControlOperators,
+    ::testing::Values(Case{"exit ", "ERROR: pop - expected item on stack"},
+                      Case{"1 { exit } exec 2 ", "ERROR: pop - expected item on stack"},
+                      // exit passes a stopped context by and drops it.
+                      Case{"{ { exit } stopped 1 } loop 2 ", "2"},
+                      Case{"{ 3 stop } stopped ", "3 true"}, Case{"{ 3 } stopped ", "3 false"},
+                      Case{"{ 3 stop 4 } stopped 5 ", "3 true 5"},
+                      Case{"{ { stop } loop } stopped ", "true"},
+                      Case{"{ 3 { 1 1 5 { stop } for } repeat } stopped ", "1 true"},
+                      Case{"{ { stop } stopped 1 } stopped ", "true 1 false"},
+                      Case{"{ 2 { stop } repeat } stopped 0 ", "true 0"},
+                      Case{"/x stopped ", "x false"}, Case{"1 2 /pop load stopped ", "1 false"},
+                      Case{"stop ", "ERROR: pop - expected item on stack"},
+                      Case{"{ stop } exec ", "ERROR: pop - expected item on stack"},
+                      Case{"5 stopped ", "ERROR: Unsupported param type to stopped"},
+                      Case{"[1] stopped ", "ERROR: Unsupported param type to stopped"}));
+
+struct FailureCase {
+    const char* program;
+    const char* error;
+    const char* stackAfter;
+};
+
+void PrintTo(const FailureCase& c, std::ostream* os) {
+    *os << '"' << c.program << '"';
+}
+
+class ControlFailures : public ::testing::TestWithParam<FailureCase> {};
+
+// Operands popped before a failure stay popped.
+TEST_P(ControlFailures, LeaveTheStackAsPopped) {
+    ControlSession s;
+    EXPECT_FALSE(s.run(GetParam().program));
+    EXPECT_EQ(s.error(), GetParam().error);
+    EXPECT_EQ(s.stackValues(), GetParam().stackAfter);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ControlFailures,
+    ::testing::Values(
+        FailureCase{"7 1 { 2 } if ", "Expected ps_boolean at if", "7"},
+        FailureCase{"7 (a) { 1 } repeat ", "Expected ps_integer at repeat", "7"},
+        FailureCase{"7 5 {} forall ", "Unsupported forall elements param", "7"},
+        FailureCase{"7 1 (a) 3 {} for ", "Unsupported increment type in for loop", "7"},
+        FailureCase{"7 (s) cvx exec ", "Does not currently support execing a string", "7"}));
+
+// Unwinding leaves the stack empty when no target is found.
+TEST(ControlUnwinding, ExitWithoutLoopEmptiesTheExecutionStack) {
+    Session s;
+    EXPECT_FALSE(s.run("1 { 2 { exit } exec 3 } exec 4 "));
+    EXPECT_EQ(s.error(), "pop - expected item on stack");
+    EXPECT_TRUE(s.interpreter().executionStack->empty());
+    EXPECT_EQ(s.stackValues(), "1 2");
+}
+
+TEST(ControlUnwinding, ExitDisarmsTheProceduresItLeaves) {
+    Session s;
+    ASSERT_TRUE(s.run("/p { 1 exit 2 } def { p } loop "));
+    EXPECT_EQ(s.stackValues(), "1");
+    auto* p = static_cast<ArrayObject*>(s.interpreter().dictionaries->userData->findText("p"));
+    ASSERT_NE(p, nullptr);
+    EXPECT_FALSE(p->executable);
+    EXPECT_EQ(p->execIndex, 0u);
+}
+
+TEST(ControlUnwinding, StopWithoutStoppedEmptiesTheExecutionStack) {
+    Session s;
+    EXPECT_FALSE(s.run("{ 1 { stop } loop } exec 2 "));
+    EXPECT_EQ(s.error(), "pop - expected item on stack");
+    EXPECT_TRUE(s.interpreter().executionStack->empty());
+    EXPECT_EQ(s.stackValues(), "1");
+}
+
+// A failure is no stop: it ends the run, and the stopped context waits on the
+// execution stack for the next run, after what is left of its procedure.
+TEST(ControlStopped, FailurePassesThroughAndContextAnswersNextRun) {
+    Session s;
+    EXPECT_FALSE(s.run("{ pop 7 } stopped 8 "));
+    EXPECT_EQ(s.error(), "pop - expected item on stack");
+    ASSERT_TRUE(s.run("9 "));
+    EXPECT_EQ(s.stackValues(), "7 false 9");
+}
+
+TEST(ControlStopped, RejectedObjectLeavesTheContextInPlace) {
+    Session s;
+    EXPECT_FALSE(s.run("5 stopped "));
+    EXPECT_EQ(s.error(), "Unsupported param type to stopped");
+    EXPECT_EQ(s.interpreter().executionStack->size(), 1u);
+    ASSERT_TRUE(s.run(""));
+    EXPECT_EQ(s.stackValues(), "false");
+}
+
+TEST(ControlLoops, ContextsLeaveNothingOnTheExecutionStack) {
+    Session s;
+    ASSERT_TRUE(s.run("1 1 3 {} for 2 { } repeat [1] {} forall (a) {} forall { exit } loop "
+                      "{ } stopped "));
+    EXPECT_TRUE(s.interpreter().executionStack->empty());
+    EXPECT_EQ(s.stackValues(), "1 2 1 97 false");
+}
+
+TEST(ControlLoops, ShareTheRunLoopAcrossBuffers) {
+    Session s;
+    ASSERT_TRUE(s.runSplit("3 { 1 } repeat 0 1 2 { } for ", {5, 9, 17, 22}));
+    EXPECT_EQ(s.stackValues(), "1 1 1 0 1");
+}
+
+// A control value that is no number but passed the comparison (a boolean
+// below an integer limit) can't be advanced: the plain failure reaches the
+// export, which answers null and leaves the error text alone.
+TEST(ControlFor, NonNumericControlFailsWithoutErrorText) {
+    const float identity[6] = {1, 0, 0, 1, 0, 0};
+    PSHandle h = PSOpen(identity);
+    const char* program = "btrue 1 0 {} for ";
+    uint32_t length = static_cast<uint32_t>(std::strlen(program));
+    EXPECT_EQ(PSConvertToPdf(h, reinterpret_cast<const unsigned char*>(program), &length), nullptr);
+    EXPECT_EQ(length, std::strlen(program));
+    EXPECT_STREQ(PSGetErrorStr(h), "");
+    // The first turn ran: its control value is on the stack.
+    EXPECT_STREQ(PSExecuteReturnStdOut(h, "stack ", 0xFFFFFFFFu), "true\n");
+    PSClose(h);
+}
+
+} // namespace
