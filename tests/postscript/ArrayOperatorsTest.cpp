@@ -1,24 +1,18 @@
 #include "support/TestSupport.h"
 
+#include "EvalCase.h"
+
 #include "ArrayObject.h"
 
 #include <gtest/gtest.h>
 
+using eval_case::Case;
 using testing_support::eval;
 using testing_support::Session;
 
 namespace {
 
-struct Case {
-    const char* program;
-    const char* result;
-};
-
-void PrintTo(const Case& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
-class ArrayOperators : public ::testing::TestWithParam<Case> {};
+class ArrayOperators : public eval_case::EvalTable {};
 
 TEST_P(ArrayOperators, Eval) {
     EXPECT_EQ(eval(GetParam().program), GetParam().result);

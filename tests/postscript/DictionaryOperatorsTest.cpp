@@ -1,25 +1,20 @@
 #include "support/TestSupport.h"
 
+#include "EvalCase.h"
+
 #include "DictionarySet.h"
+#include "HeldOperand.h"
 #include "ValueObjects.h"
 
 #include <gtest/gtest.h>
 
+using eval_case::Case;
 using testing_support::eval;
 using testing_support::Session;
 
 namespace {
 
-struct Case {
-    const char* program;
-    const char* result;
-};
-
-void PrintTo(const Case& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
-class DictionaryOperators : public ::testing::TestWithParam<Case> {};
+class DictionaryOperators : public eval_case::EvalTable {};
 
 TEST_P(DictionaryOperators, Eval) {
     EXPECT_EQ(eval(GetParam().program), GetParam().result);
@@ -43,7 +38,6 @@ INSTANTIATE_TEST_SUITE_P(Stack, DictionaryOperators, ::testing::Values(
     Case{"1 begin ", "ERROR: expecting dictionary on op stack"},
     Case{"(d) begin ", "ERROR: expecting dictionary on op stack"},
     // Nothing guards the permanent dictionaries; without them names are strings.
-    Case{"end end end 1 2 add ", "1 2 (add)"},
     Case{"currentdict ", "-dict-"}));
 // clang-format on
 
@@ -147,13 +141,35 @@ TEST(DictionaryOperators, CleardictstackStopsAtTheTopmostPermanent) {
     EXPECT_EQ(set.dictionaryStack->top(), set.userDict);
 }
 
-// Runs the operators of systemdict by their objects, as a procedure would
-// hold them: with the dictionary stack empty no name finds them.
-bool runOperators(Session& s, std::initializer_list<const char*> names) {
-    Interpreter& in = s.interpreter();
-    for (auto name = std::rbegin(names); name != std::rend(names); ++name)
-        in.executionStack->push(in.dictionaries->systemData->findText(*name));
-    return s.run("");
+// A session whose dictionary stack "end end end" has emptied: no name is
+// found any more. systemdict goes back on the stack before the interpreter is
+// torn down, whose tear-down relies on that stack's count on it.
+class EmptiedSession : public Session {
+public:
+    EmptiedSession() { emptied = run("end end end "); }
+    ~EmptiedSession() {
+        DictionarySet& set = *interpreter().dictionaries;
+        set.popTo(0);
+        set.push(set.systemDict);
+    }
+
+    // Runs operators of systemdict by their objects, as a procedure holds them.
+    bool runOperators(std::initializer_list<const char*> names) {
+        Interpreter& in = interpreter();
+        for (auto name = std::rbegin(names); name != std::rend(names); ++name)
+            in.executionStack->push(in.dictionaries->systemData->findText(*name));
+        return run("");
+    }
+
+    bool emptied;
+};
+
+TEST(DictionaryOperators, EndEmptiesTheStackAndNamesBecomeStrings) {
+    EmptiedSession s;
+    ASSERT_TRUE(s.emptied);
+    EXPECT_TRUE(s.interpreter().dictionaries->dictionaryStack->empty());
+    ASSERT_TRUE(s.run("1 2 add "));
+    EXPECT_EQ(s.stackValues(), "1 2 (add)");
 }
 
 TEST(DictionaryOperators, EmptyDictionaryStack) {
@@ -169,35 +185,33 @@ TEST(DictionaryOperators, EmptyDictionaryStack) {
         {"store", "store - expected dictionary on dictionary stack"},
     };
     for (const Row& row : rows) {
-        Session s;
-        ASSERT_TRUE(s.run("end end end /k 1 "));
-        EXPECT_FALSE(runOperators(s, {row.op})) << row.op;
+        EmptiedSession s;
+        ASSERT_TRUE(s.emptied && s.run("/k 1 "));
+        EXPECT_FALSE(s.runOperators({row.op})) << row.op;
         EXPECT_EQ(s.error(), row.error) << row.op;
     }
 }
 
 TEST(DictionaryOperators, CleardictstackWithNoPermanentEmptiesTheStack) {
-    Session s;
+    EmptiedSession s;
     Interpreter& in = s.interpreter();
-    ASSERT_TRUE(s.run("end end end "));
+    ASSERT_TRUE(s.emptied);
     in.dictionaries->push(in.makeDictionary());
     in.dictionaries->push(in.makeDictionary());
-    EXPECT_FALSE(runOperators(s, {"cleardictstack"}));
+    EXPECT_FALSE(s.runOperators({"cleardictstack"}));
     EXPECT_EQ(s.error(), "pop - expected item on stack");
     EXPECT_TRUE(in.dictionaries->dictionaryStack->empty());
 }
 
 TEST(DictionaryOperators, DefineAndEndOnARefilledStack) {
-    Session s;
+    EmptiedSession s;
     Interpreter& in = s.interpreter();
-    ASSERT_TRUE(s.run("end end end /k 1 "));
-    DictionaryObject* dictionary = in.makeDictionary();
-    addReference(dictionary);
-    in.dictionaries->push(dictionary);
-    ASSERT_TRUE(runOperators(s, {"def", "end"}));
+    ASSERT_TRUE(s.emptied && s.run("/k 1 "));
+    Held<DictionaryObject> dictionary(in.makeDictionary());
+    in.dictionaries->push(dictionary.get());
+    ASSERT_TRUE(s.runOperators({"def", "end"}));
     EXPECT_TRUE(in.dictionaries->dictionaryStack->empty());
     EXPECT_EQ(dictionary->dictionaryData()->findText("k")->describe(), "ps_integer 1");
-    releaseReference(dictionary);
 }
 
 } // namespace

@@ -1,25 +1,19 @@
 #include "support/TestSupport.h"
 
+#include "EvalCase.h"
+
 #include "StringObject.h"
 
 #include <gtest/gtest.h>
 
+using eval_case::Case;
 using testing_support::eval;
 using testing_support::render;
 using testing_support::Session;
 
 namespace {
 
-struct Case {
-    const char* program;
-    const char* result;
-};
-
-void PrintTo(const Case& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
-class StringOperators : public ::testing::TestWithParam<Case> {};
+class StringOperators : public eval_case::EvalTable {};
 
 TEST_P(StringOperators, Eval) {
     EXPECT_EQ(eval(GetParam().program), GetParam().result);
