@@ -13,6 +13,8 @@ Platform& current() {
     return p ? *p : systemPlatform();
 }
 
-void setCurrent(Platform* platform) { installed.store(platform); }
+void setCurrent(Platform* platform) {
+    installed.store(platform);
+}
 
 } // namespace platform

@@ -13,7 +13,7 @@ enum class RegistryRoot { CurrentUser, LocalMachine, Users };
 namespace regtype {
 inline constexpr std::uint32_t string = 1;       // REG_SZ
 inline constexpr std::uint32_t expandString = 2; // REG_EXPAND_SZ
-inline constexpr std::uint32_t dword = 4;  // REG_DWORD
+inline constexpr std::uint32_t dword = 4;        // REG_DWORD
 } // namespace regtype
 
 inline constexpr std::uint32_t regCreatedNewKey = 1;

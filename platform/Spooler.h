@@ -14,15 +14,15 @@ using OptionalText = std::optional<std::u16string>; // a text that may be a null
 struct PrinterInfo2 {
     OptionalText serverName, printerName, shareName, portName, driverName, comment, location,
         sepFile, printProcessor, datatype, parameters;
-    std::uint32_t attributes = 0, priority = 0, defaultPriority = 0, startTime = 0,
-                  untilTime = 0, status = 0, cJobs = 0, averagePpm = 0;
+    std::uint32_t attributes = 0, priority = 0, defaultPriority = 0, startTime = 0, untilTime = 0,
+                  status = 0, cJobs = 0, averagePpm = 0;
 };
 
 // The level-2 job record.
 struct JobInfo2 {
     std::uint32_t jobId = 0;
-    OptionalText printerName, machineName, userName, document, notifyName, datatype,
-        printProcessor, parameters, driverName, statusText;
+    OptionalText printerName, machineName, userName, document, notifyName, datatype, printProcessor,
+        parameters, driverName, statusText;
     std::uint32_t status = 0, priority = 0, position = 0, startTime = 0, untilTime = 0,
                   totalPages = 0, size = 0, time = 0, pagesPrinted = 0;
 };

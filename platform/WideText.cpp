@@ -47,8 +47,10 @@ std::u16string fromUtf8(std::string_view text) {
         bool valid = extra >= 0 && i + extra < text.size();
         for (int k = 1; valid && k <= extra; ++k) {
             auto next = static_cast<unsigned char>(text[i + k]);
-            if ((next & 0xC0) != 0x80) valid = false;
-            else c = (c << 6) | (next & 0x3F);
+            if ((next & 0xC0) != 0x80)
+                valid = false;
+            else
+                c = (c << 6) | (next & 0x3F);
         }
         if (!valid || c > 0x10FFFF) {
             out += u'\xFFFD';

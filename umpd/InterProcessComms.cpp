@@ -22,8 +22,8 @@ template <typename Record> InterProcessComms<Record>::~InterProcessComms() {
     if (!stopped) {
         // Wake a listener of this object; this side always has stopped set.
         stopped = true;
-        if (auto event = platform::current().kernel().openEvent(platform::eventAllAccess,
-                                                                eventName))
+        if (auto event =
+                platform::current().kernel().openEvent(platform::eventAllAccess, eventName))
             event->set();
     }
 }

@@ -5,11 +5,11 @@
 
 // The record shared with the launcher, kelmsnd.exe: a wire format, so every offset is fixed.
 struct LauncherStruct {
-    std::uint8_t reserved[4];      // never written by this side
-    char16_t command[260];         // the message
+    std::uint8_t reserved[4]; // never written by this side
+    char16_t command[260];    // the message
     char16_t printerName[260];
-    char16_t filename[260];        // full path of the output file
-    char16_t docName[260];         // decoded document name
+    char16_t filename[260];           // full path of the output file
+    char16_t docName[260];            // decoded document name
     std::uint8_t launcherOwned[6068]; // the record's other users own this
 };
 

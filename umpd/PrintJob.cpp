@@ -14,7 +14,7 @@ const platform::PrinterInfo2* PrinterInfoCache::fetch() {
 }
 
 std::optional<std::vector<platform::JobInfo2>> PrintJob::getAllJobs(platform::Printer& printer,
-                                                                     std::uint32_t& count) {
+                                                                    std::uint32_t& count) {
     count = 0;
     platform::PrinterInfo2 info;
     if (!printer.getPrinter2(info) || info.cJobs == 0) return std::nullopt;

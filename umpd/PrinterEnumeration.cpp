@@ -28,8 +28,7 @@ std::u16string commaForm(const std::u16string& text) {
 
 bool FindPort::found(const platform::PrinterInfo2* info) {
     using platform::equalsIgnoreCase;
-    if (!info->driverName || !equalsIgnoreCase(*info->driverName, defaultPrinterName))
-        return false;
+    if (!info->driverName || !equalsIgnoreCase(*info->driverName, defaultPrinterName)) return false;
     if (!info->portName) return false;
     std::u16string printer = info->printerName.value_or(u"");
     trace(u" in FindPort comparing installed portName = %s, installed printerName %s, with our "

@@ -12,15 +12,21 @@ platform::OsVersion version() {
 }
 } // namespace
 
-std::uint32_t getOsMajorVersion() { return version().major; }
-std::uint32_t getPlatformId() { return version().platformId; }
+std::uint32_t getOsMajorVersion() {
+    return version().major;
+}
+std::uint32_t getPlatformId() {
+    return version().platformId;
+}
 
 bool isNt4() {
     auto v = version();
     return v.major == 4 && v.platformId == platformNt;
 }
 
-bool isNt5OrLater() { return getOsMajorVersion() >= 5; }
+bool isNt5OrLater() {
+    return getOsMajorVersion() >= 5;
+}
 
 std::u16string lastErrorText() {
     auto& system = platform::current().system();

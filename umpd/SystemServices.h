@@ -38,6 +38,7 @@ template <std::size_t N> void copyField(char16_t (&field)[N], std::u16string_vie
 // The text of a NUL-terminated field, never reading past its end.
 template <std::size_t N> std::u16string fieldText(const char16_t (&field)[N]) {
     std::size_t n = 0;
-    while (n < N && field[n]) ++n;
+    while (n < N && field[n])
+        ++n;
     return std::u16string(field, n);
 }

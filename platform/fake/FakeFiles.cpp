@@ -40,7 +40,8 @@ private:
 std::optional<std::uint32_t> FakePlatform::attributes(const std::u16string& path) {
     if (failing(Call::GetFileAttributes)) return std::nullopt;
     auto key = foldCase(path);
-    while (key.size() > 3 && key.back() == u'\\') key.pop_back();
+    while (key.size() > 3 && key.back() == u'\\')
+        key.pop_back();
     if (directories_.count(key)) return fileAttributeDirectory;
     if (files_.count(key)) return fileAttributeNormal;
     lastError_ = error::fileNotFound;
@@ -50,7 +51,8 @@ std::optional<std::uint32_t> FakePlatform::attributes(const std::u16string& path
 bool FakePlatform::createDirectory(const std::u16string& path) {
     if (failing(Call::CreateDirectory)) return false;
     auto key = foldCase(path);
-    while (!key.empty() && key.back() == u'\\') key.pop_back();
+    while (!key.empty() && key.back() == u'\\')
+        key.pop_back();
     if (directories_.count(key) || files_.count(key)) {
         lastError_ = error::alreadyExists;
         return false;
@@ -87,7 +89,8 @@ std::optional<std::vector<std::uint8_t>> FakePlatform::readFile(const std::u16st
 
 void FakePlatform::writeFile(const std::u16string& path, const std::string& bytes) {
     auto key = foldCase(path);
-    for (auto dir = parentOf(key); !dir.empty(); dir = parentOf(dir)) directories_.insert(dir);
+    for (auto dir = parentOf(key); !dir.empty(); dir = parentOf(dir))
+        directories_.insert(dir);
     auto node = std::make_shared<FileNode>();
     node->bytes.assign(bytes.begin(), bytes.end());
     files_[key] = node;

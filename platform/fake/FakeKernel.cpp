@@ -111,7 +111,9 @@ void FakePlatform::nameObject(const std::u16string& name, const std::shared_ptr<
     if (!name.empty()) objects_[name] = object;
 }
 
-bool FakePlatform::exists(const std::u16string& name) const { return findObject(name) != nullptr; }
+bool FakePlatform::exists(const std::u16string& name) const {
+    return findObject(name) != nullptr;
+}
 
 void FakePlatform::onEventSet(const std::u16string& name, std::function<void()> hook) {
     eventHooks_[name] = std::move(hook);

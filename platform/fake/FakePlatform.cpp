@@ -6,15 +6,16 @@
 namespace platform {
 
 FakePlatform::FakePlatform() {
-    for (auto& r : roots_) r = std::make_unique<RegistryNode>();
+    for (auto& r : roots_)
+        r = std::make_unique<RegistryNode>();
     folders[KnownFolder::LocalAppData] = u"C:\\users\\anna\\AppData\\Local";
     folders[KnownFolder::RoamingAppData] = u"C:\\users\\anna\\AppData\\Roaming";
     folders[KnownFolder::Documents] = u"C:\\users\\anna\\Documents";
     env[u"USERNAME"] = u"anna";
-    for (auto dir : {u"C:", u"C:\\windows", u"C:\\windows\\system32", u"C:\\users",
-                     u"C:\\users\\anna", u"C:\\users\\anna\\AppData",
-                     u"C:\\users\\anna\\AppData\\Local", u"C:\\users\\anna\\AppData\\Roaming",
-                     u"C:\\users\\anna\\Documents"})
+    for (auto dir :
+         {u"C:", u"C:\\windows", u"C:\\windows\\system32", u"C:\\users", u"C:\\users\\anna",
+          u"C:\\users\\anna\\AppData", u"C:\\users\\anna\\AppData\\Local",
+          u"C:\\users\\anna\\AppData\\Roaming", u"C:\\users\\anna\\Documents"})
         directories_.insert(foldCase(dir));
 }
 
@@ -24,7 +25,9 @@ void FakePlatform::fail(Call call, std::uint32_t code, int times) {
     failures_[call] = Failure{code, times};
 }
 
-void FakePlatform::clearFailures() { failures_.clear(); }
+void FakePlatform::clearFailures() {
+    failures_.clear();
+}
 
 bool FakePlatform::failing(Call call) {
     ++calls_[static_cast<int>(call)];
@@ -158,7 +161,9 @@ void FakePlatform::debugOutput(std::string_view text) {
     debugLines_.emplace_back(text);
 }
 
-void FakePlatform::debugOutputW(const std::u16string& text) { debugOutput(toUtf8(text)); }
+void FakePlatform::debugOutputW(const std::u16string& text) {
+    debugOutput(toUtf8(text));
+}
 
 // Processes
 

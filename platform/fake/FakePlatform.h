@@ -15,15 +15,54 @@ namespace platform {
 
 // Every platform call the fake can be told to fail.
 enum class Call {
-    RegOpenCurrentUser, RegCreateKey, RegOpenKey, RegQueryValue, RegSetValue, RegEnumValue,
-    RegQueryInfoKey, EnumPrinters, OpenPrinter, GetPrinter, GetJob, EnumJobs, SetJob,
-    WritePrinter, GetPrinterDriverDirectory, LoadSpoolss, RevertToPrinterSelf,
-    ImpersonatePrinterClient, OpenFileMapping, CreateFileMapping, MapViewOfFile, CreateEvent,
-    OpenEvent, SetEvent, WaitForSingleObject, CreateMutex, OpenMutex, CreateProcess, LocalAlloc,
-    InitializeSecurityDescriptor, SetSecurityDescriptorDacl, ConvertStringSecurityDescriptor,
-    GetSecurityDescriptorSacl, SetSecurityDescriptorSacl, GetVersionEx, GetUserName,
-    GetEnvironmentVariable, CoCreateGuid, KnownFolder, GetSystemDirectory, FormatMessage,
-    LoadNetApi, NetGetDcName, GetFileAttributes, CreateDirectory, CreateFile, WriteFile, ReadFile,
+    RegOpenCurrentUser,
+    RegCreateKey,
+    RegOpenKey,
+    RegQueryValue,
+    RegSetValue,
+    RegEnumValue,
+    RegQueryInfoKey,
+    EnumPrinters,
+    OpenPrinter,
+    GetPrinter,
+    GetJob,
+    EnumJobs,
+    SetJob,
+    WritePrinter,
+    GetPrinterDriverDirectory,
+    LoadSpoolss,
+    RevertToPrinterSelf,
+    ImpersonatePrinterClient,
+    OpenFileMapping,
+    CreateFileMapping,
+    MapViewOfFile,
+    CreateEvent,
+    OpenEvent,
+    SetEvent,
+    WaitForSingleObject,
+    CreateMutex,
+    OpenMutex,
+    CreateProcess,
+    LocalAlloc,
+    InitializeSecurityDescriptor,
+    SetSecurityDescriptorDacl,
+    ConvertStringSecurityDescriptor,
+    GetSecurityDescriptorSacl,
+    SetSecurityDescriptorSacl,
+    GetVersionEx,
+    GetUserName,
+    GetEnvironmentVariable,
+    CoCreateGuid,
+    KnownFolder,
+    GetSystemDirectory,
+    FormatMessage,
+    LoadNetApi,
+    NetGetDcName,
+    GetFileAttributes,
+    CreateDirectory,
+    CreateFile,
+    WriteFile,
+    ReadFile,
     Count
 };
 
@@ -124,8 +163,8 @@ public:
     // Registry, for setting up and checking a test.
     std::optional<RegistryValue> registryValue(RegistryRoot root, const std::u16string& path,
                                                const std::u16string& name);
-    void setRegistryValue(RegistryRoot root, const std::u16string& path,
-                          const std::u16string& name, const RegistryValue& value);
+    void setRegistryValue(RegistryRoot root, const std::u16string& path, const std::u16string& name,
+                          const RegistryValue& value);
 
     struct RegistryNode;
     struct NamedObject;
@@ -144,8 +183,7 @@ private:
     // Registry
     std::unique_ptr<RegistryKey> root(RegistryRoot root) override;
     bool hasOpenCurrentUser() override;
-    std::uint32_t openCurrentUser(std::uint32_t access,
-                                  std::unique_ptr<RegistryKey>& key) override;
+    std::uint32_t openCurrentUser(std::uint32_t access, std::unique_ptr<RegistryKey>& key) override;
     // Spooler
     bool enumPrinters(std::uint32_t flags, std::vector<PrinterInfo2>& out) override;
     std::unique_ptr<Printer> openPrinter(const std::u16string& name,
@@ -231,7 +269,7 @@ private:
     std::map<std::u16string, FakeObjectSecurity> security_;
     std::map<std::u16string, std::function<void()>> eventHooks_;
     std::map<std::u16string, std::shared_ptr<FileNode>> files_; // by folded path
-    std::set<std::u16string> directories_;                       // folded paths
+    std::set<std::u16string> directories_;                      // folded paths
 
     mutable std::mutex recordLock_;
     std::vector<FakeMessageBox> boxes_;

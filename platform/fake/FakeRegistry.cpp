@@ -103,7 +103,9 @@ std::unique_ptr<RegistryKey> FakePlatform::root(RegistryRoot root) {
     return std::make_unique<FakeKey>(*this, *roots_[static_cast<int>(root)]);
 }
 
-bool FakePlatform::hasOpenCurrentUser() { return hasRegOpenCurrentUser; }
+bool FakePlatform::hasOpenCurrentUser() {
+    return hasRegOpenCurrentUser;
+}
 
 std::uint32_t FakePlatform::openCurrentUser(std::uint32_t, std::unique_ptr<RegistryKey>& key) {
     if (!hasRegOpenCurrentUser) return error::procNotFound;

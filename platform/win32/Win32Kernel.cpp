@@ -21,10 +21,14 @@ struct NativeAttributes {
 
 WaitResult waitOn(HANDLE h, std::uint32_t milliseconds) {
     switch (::WaitForSingleObject(h, milliseconds)) {
-    case WAIT_OBJECT_0: return WaitResult::Signalled;
-    case WAIT_ABANDONED: return WaitResult::Abandoned;
-    case WAIT_TIMEOUT: return WaitResult::Timeout;
-    default: return WaitResult::Failed;
+    case WAIT_OBJECT_0:
+        return WaitResult::Signalled;
+    case WAIT_ABANDONED:
+        return WaitResult::Abandoned;
+    case WAIT_TIMEOUT:
+        return WaitResult::Timeout;
+    default:
+        return WaitResult::Failed;
     }
 }
 
@@ -123,8 +127,8 @@ std::unique_ptr<Event> Win32Platform::createEvent(const SecurityAttributes* attr
                                                   bool manualReset, bool initialState,
                                                   const std::u16string& name) {
     NativeAttributes sa(attributes);
-    return wrap<Win32Event>(::CreateEventW(sa.pointer, manualReset, initialState,
-                                           name.empty() ? nullptr : wide(name)));
+    return wrap<Win32Event>(
+        ::CreateEventW(sa.pointer, manualReset, initialState, name.empty() ? nullptr : wide(name)));
 }
 
 std::unique_ptr<Event> Win32Platform::openEvent(std::uint32_t access, const std::u16string& name) {
@@ -151,8 +155,8 @@ std::unique_ptr<Process> Win32Platform::createProcess(const ProcessStart& start)
     }
     PROCESS_INFORMATION pi{};
     std::u16string commandLine = start.commandLine; // CreateProcessW may write into it
-    if (!::CreateProcessW(nullptr, const_cast<wchar_t*>(wide(commandLine)), nullptr, nullptr,
-                          FALSE, start.creationFlags, nullptr,
+    if (!::CreateProcessW(nullptr, const_cast<wchar_t*>(wide(commandLine)), nullptr, nullptr, FALSE,
+                          start.creationFlags, nullptr,
                           start.workingDirectory ? wide(*start.workingDirectory) : nullptr, &si,
                           &pi))
         return nullptr;
@@ -177,8 +181,8 @@ std::unique_ptr<SecurityDescriptor> Win32Platform::descriptorFromString(const st
     using ConvertFn = BOOL(WINAPI*)(LPCSTR, DWORD, PSECURITY_DESCRIPTOR*, PULONG);
     ScopedModule advapi(::LoadLibraryW(L"Advapi32.dll"));
     if (!advapi) return nullptr;
-    auto convert = reinterpret_cast<ConvertFn>(reinterpret_cast<void*>(::GetProcAddress(
-        advapi.get(), "ConvertStringSecurityDescriptorToSecurityDescriptorA")));
+    auto convert = reinterpret_cast<ConvertFn>(reinterpret_cast<void*>(
+        ::GetProcAddress(advapi.get(), "ConvertStringSecurityDescriptorToSecurityDescriptorA")));
     PSECURITY_DESCRIPTOR out = nullptr;
     if (!convert || !convert(sddl.c_str(), SDDL_REVISION_1, &out, nullptr)) return nullptr;
     return std::make_unique<Win32Descriptor>(out);

@@ -27,8 +27,7 @@ public:
 private:
     std::unique_ptr<RegistryKey> root(RegistryRoot root) override;
     bool hasOpenCurrentUser() override;
-    std::uint32_t openCurrentUser(std::uint32_t access,
-                                  std::unique_ptr<RegistryKey>& key) override;
+    std::uint32_t openCurrentUser(std::uint32_t access, std::unique_ptr<RegistryKey>& key) override;
 
     bool enumPrinters(std::uint32_t flags, std::vector<PrinterInfo2>& out) override;
     std::unique_ptr<Printer> openPrinter(const std::u16string& name,

@@ -22,9 +22,9 @@ public:
     }
 
     std::uint32_t setValue(const std::u16string& name, const RegistryValue& value) override {
-        return static_cast<std::uint32_t>(
-            ::RegSetValueExW(raw_, wide(name), 0, value.type, value.data.data(),
-                             static_cast<DWORD>(value.data.size())));
+        return static_cast<std::uint32_t>(::RegSetValueExW(raw_, wide(name), 0, value.type,
+                                                           value.data.data(),
+                                                           static_cast<DWORD>(value.data.size())));
     }
 
     std::uint32_t enumValue(std::uint32_t index, std::u16string& name,
@@ -93,14 +93,19 @@ RegOpenCurrentUserFn regOpenCurrentUser() {
 
 std::unique_ptr<RegistryKey> Win32Platform::root(RegistryRoot root) {
     switch (root) {
-    case RegistryRoot::CurrentUser: return std::make_unique<Win32Key>(HKEY_CURRENT_USER);
-    case RegistryRoot::LocalMachine: return std::make_unique<Win32Key>(HKEY_LOCAL_MACHINE);
-    case RegistryRoot::Users: break;
+    case RegistryRoot::CurrentUser:
+        return std::make_unique<Win32Key>(HKEY_CURRENT_USER);
+    case RegistryRoot::LocalMachine:
+        return std::make_unique<Win32Key>(HKEY_LOCAL_MACHINE);
+    case RegistryRoot::Users:
+        break;
     }
     return std::make_unique<Win32Key>(HKEY_USERS);
 }
 
-bool Win32Platform::hasOpenCurrentUser() { return regOpenCurrentUser() != nullptr; }
+bool Win32Platform::hasOpenCurrentUser() {
+    return regOpenCurrentUser() != nullptr;
+}
 
 std::uint32_t Win32Platform::openCurrentUser(std::uint32_t access,
                                              std::unique_ptr<RegistryKey>& key) {

@@ -79,9 +79,10 @@ public:
 
     bool getPrinter2(PrinterInfo2& out) override {
         std::vector<BYTE> buffer;
-        if (!fetch(buffer, [&](BYTE* p, DWORD size, DWORD* needed) {
-                return ::GetPrinterW(printer_, 2, p, size, needed);
-            }) ||
+        if (!fetch(buffer,
+                   [&](BYTE* p, DWORD size, DWORD* needed) {
+                       return ::GetPrinterW(printer_, 2, p, size, needed);
+                   }) ||
             buffer.empty())
             return false;
         out = convert(*reinterpret_cast<PRINTER_INFO_2W*>(buffer.data()));
@@ -90,9 +91,10 @@ public:
 
     bool getJob(std::uint32_t jobId, JobInfo2& out) override {
         std::vector<BYTE> buffer;
-        if (!fetch(buffer, [&](BYTE* p, DWORD size, DWORD* needed) {
-                return ::GetJobW(printer_, jobId, 2, p, size, needed);
-            }) ||
+        if (!fetch(buffer,
+                   [&](BYTE* p, DWORD size, DWORD* needed) {
+                       return ::GetJobW(printer_, jobId, 2, p, size, needed);
+                   }) ||
             buffer.empty())
             return false;
         out = convert(*reinterpret_cast<JOB_INFO_2W*>(buffer.data()));
@@ -109,7 +111,8 @@ public:
             return false;
         out.clear();
         auto* jobs = reinterpret_cast<JOB_INFO_2W*>(buffer.data());
-        for (DWORD i = 0; i < returned && !buffer.empty(); ++i) out.push_back(convert(jobs[i]));
+        for (DWORD i = 0; i < returned && !buffer.empty(); ++i)
+            out.push_back(convert(jobs[i]));
         return true;
     }
 
@@ -163,7 +166,8 @@ bool Win32Platform::enumPrinters(std::uint32_t flags, std::vector<PrinterInfo2>&
         return false;
     out.clear();
     auto* printers = reinterpret_cast<PRINTER_INFO_2W*>(buffer.data());
-    for (DWORD i = 0; i < returned && !buffer.empty(); ++i) out.push_back(convert(printers[i]));
+    for (DWORD i = 0; i < returned && !buffer.empty(); ++i)
+        out.push_back(convert(printers[i]));
     return true;
 }
 
@@ -194,8 +198,7 @@ std::optional<std::u16string> Win32Platform::driverDirectory() {
     if (needed == 0) return std::nullopt;
     std::wstring buffer(needed / sizeof(wchar_t) + 10, L'\0');
     if (!::GetPrinterDriverDirectoryW(nullptr, nullptr, 1, reinterpret_cast<BYTE*>(buffer.data()),
-                                      static_cast<DWORD>(buffer.size() * sizeof(wchar_t)),
-                                      &needed))
+                                      static_cast<DWORD>(buffer.size() * sizeof(wchar_t)), &needed))
         return std::nullopt;
     return fromWide(buffer.c_str());
 }

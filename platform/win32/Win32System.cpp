@@ -35,12 +35,24 @@ std::optional<std::u16string> Win32Platform::environment(const std::u16string& n
     return fromWide(buffer.c_str());
 }
 
-std::uint32_t Win32Platform::tickCount() { return ::GetTickCount(); }
-void Win32Platform::sleep(std::uint32_t milliseconds) { ::Sleep(milliseconds); }
-std::uint32_t Win32Platform::currentThreadId() { return ::GetCurrentThreadId(); }
-std::uint32_t Win32Platform::currentProcessId() { return ::GetCurrentProcessId(); }
-void Win32Platform::seedRandom(std::uint32_t seed) { std::srand(seed); }
-int Win32Platform::random() { return std::rand(); }
+std::uint32_t Win32Platform::tickCount() {
+    return ::GetTickCount();
+}
+void Win32Platform::sleep(std::uint32_t milliseconds) {
+    ::Sleep(milliseconds);
+}
+std::uint32_t Win32Platform::currentThreadId() {
+    return ::GetCurrentThreadId();
+}
+std::uint32_t Win32Platform::currentProcessId() {
+    return ::GetCurrentProcessId();
+}
+void Win32Platform::seedRandom(std::uint32_t seed) {
+    std::srand(seed);
+}
+int Win32Platform::random() {
+    return std::rand();
+}
 
 std::int32_t Win32Platform::timeZoneBias() {
     TIME_ZONE_INFORMATION tz{};
@@ -55,7 +67,8 @@ std::optional<Guid> Win32Platform::createGuid() {
     out.data1 = g.Data1;
     out.data2 = g.Data2;
     out.data3 = g.Data3;
-    for (int i = 0; i < 8; ++i) out.data4[i] = g.Data4[i];
+    for (int i = 0; i < 8; ++i)
+        out.data4[i] = g.Data4[i];
     return out;
 }
 
@@ -80,13 +93,17 @@ std::optional<std::u16string> Win32Platform::systemDirectory() {
     return fromWide(buffer);
 }
 
-std::uint32_t Win32Platform::lastError() { return ::GetLastError(); }
-void Win32Platform::setLastError(std::uint32_t code) { ::SetLastError(code); }
+std::uint32_t Win32Platform::lastError() {
+    return ::GetLastError();
+}
+void Win32Platform::setLastError(std::uint32_t code) {
+    ::SetLastError(code);
+}
 
 std::optional<std::u16string> Win32Platform::errorMessage(std::uint32_t code) {
     wchar_t* text = nullptr;
-    DWORD n = ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM,
-                               nullptr, code, 0x400, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+    DWORD n = ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr,
+                               code, 0x400, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
     ScopedLocal holder(text);
     if (n == 0 || !text) return std::nullopt;
     return fromWide(text);
@@ -136,9 +153,13 @@ int Win32Platform::messageBoxA(const std::string& text, const std::string& capti
     return ::MessageBoxA(nullptr, text.c_str(), caption.c_str(), style);
 }
 
-void Win32Platform::debugOutput(std::string_view text) { outputDebugString(text); }
+void Win32Platform::debugOutput(std::string_view text) {
+    outputDebugString(text);
+}
 
-void Win32Platform::debugOutputW(const std::u16string& text) { ::OutputDebugStringW(wide(text)); }
+void Win32Platform::debugOutputW(const std::u16string& text) {
+    ::OutputDebugStringW(wide(text));
+}
 
 } // namespace platform::win32
 

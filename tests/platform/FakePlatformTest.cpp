@@ -1,7 +1,7 @@
 // What the fake adds to the contract: planned failures, virtual time and records.
 
-#include "platform/WideText.h"
 #include "platform/fake/FakePlatform.h"
+#include "platform/WideText.h"
 
 #include <gtest/gtest.h>
 
@@ -37,8 +37,9 @@ std::vector<CallRow> callRows() {
          [&](Platform& os) {
              key(os);
              std::unique_ptr<RegistryKey> k;
-             return os.registry().root(RegistryRoot::CurrentUser)->openSubKey(u"Software\\T", 0,
-                                                                              k) == 0;
+             return os.registry()
+                        .root(RegistryRoot::CurrentUser)
+                        ->openSubKey(u"Software\\T", 0, k) == 0;
          }},
         {Call::RegSetValue, "RegSetValue",
          [&](Platform& os) { return key(os)->setValue(u"v", dwordValue(1)) == 0; }},
@@ -119,8 +120,7 @@ std::vector<CallRow> callRows() {
          [](Platform& os) { return os.kernel().createEvent(nullptr, 0, 0, u"e")->set(); }},
         {Call::WaitForSingleObject, "WaitForSingleObject",
          [](Platform& os) {
-             return os.kernel().createEvent(nullptr, 0, 1, u"e")->wait(0) ==
-                    WaitResult::Signalled;
+             return os.kernel().createEvent(nullptr, 0, 1, u"e")->wait(0) == WaitResult::Signalled;
          }},
         {Call::CreateMutex, "CreateMutex",
          [](Platform& os) { return os.kernel().createMutex(nullptr, 0, u"x") != nullptr; }},
@@ -158,9 +158,7 @@ std::vector<CallRow> callRows() {
         {Call::CoCreateGuid, "CoCreateGuid",
          [](Platform& os) { return os.system().createGuid().has_value(); }},
         {Call::KnownFolder, "KnownFolder",
-         [](Platform& os) {
-             return os.system().knownFolder(KnownFolder::Documents).has_value();
-         }},
+         [](Platform& os) { return os.system().knownFolder(KnownFolder::Documents).has_value(); }},
         {Call::GetSystemDirectory, "GetSystemDirectory",
          [](Platform& os) { return os.system().systemDirectory().has_value(); }},
         {Call::FormatMessage, "FormatMessage",
@@ -297,7 +295,8 @@ TEST(FakePlatform, RecordsBoxesAndDebugOutput) {
 
 TEST(WideText, Utf8RoundTripAndCaseFolding) {
     const std::u16string samples[] = {u"", u"plain", u"\u00e9t\u00e9", u"\u20ac", u"\U0001F600"};
-    for (const auto& s : samples) EXPECT_EQ(fromUtf8(toUtf8(s)), s);
+    for (const auto& s : samples)
+        EXPECT_EQ(fromUtf8(toUtf8(s)), s);
     EXPECT_EQ(toUtf8(u"\U0001F600"), "\xF0\x9F\x98\x80");
     EXPECT_EQ(toUtf8(std::u16string(1, u'\xD800')), "\xEF\xBF\xBD");
     EXPECT_EQ(fromUtf8("\xC3"), u"\uFFFD"); // cut sequence

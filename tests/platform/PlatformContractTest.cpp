@@ -1,8 +1,8 @@
 // One suite for every implementation of the platform: what the job face relies on.
 
 #include "platform/Platform.h"
-#include "platform/WideText.h"
 #include "platform/TestPrinters.h"
+#include "platform/WideText.h"
 #include "platform/fake/FakePlatform.h"
 
 #include <gtest/gtest.h>

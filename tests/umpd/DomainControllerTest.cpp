@@ -49,7 +49,8 @@ TEST_F(DomainController, DeadLookerDelaysEachReaderBySixtySeconds) {
     EXPECT_EQ(shared().state, 'w');
     EXPECT_GE(fake.ticks - before, 60000u);
     EXPECT_LT(fake.ticks - before, 60000u + 876u);
-    for (auto ms : fake.sleeps) EXPECT_EQ(ms, 876u);
+    for (auto ms : fake.sleeps)
+        EXPECT_EQ(ms, 876u);
 }
 
 TEST_F(DomainController, ReaderWaitsForTheLookerToFinish) {
@@ -70,7 +71,8 @@ TEST_F(DomainController, FailuresLeaveAnEmptyName) {
         const char* name;
         Call call;
         std::uint8_t state; // left in the record
-    } rows[] = {{"no Netapi32", Call::LoadNetApi, 0}, {"NetGetDCName fails", Call::NetGetDcName, 'r'}};
+    } rows[] = {{"no Netapi32", Call::LoadNetApi, 0},
+                {"NetGetDCName fails", Call::NetGetDcName, 'r'}};
     for (auto row : rows) {
         SCOPED_TRACE(row.name);
         platform::FakePlatform local;

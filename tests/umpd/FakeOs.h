@@ -25,7 +25,8 @@ protected:
     }
     std::vector<std::u16string> captions() const {
         std::vector<std::u16string> out;
-        for (const auto& box : fake.boxes()) out.push_back(box.caption);
+        for (const auto& box : fake.boxes())
+            out.push_back(box.caption);
         return out;
     }
 
@@ -66,6 +67,8 @@ private:
     std::unique_ptr<platform::MappedView> view_;
 };
 
-inline std::string text(const std::u16string& s) { return platform::toUtf8(s); }
+inline std::string text(const std::u16string& s) {
+    return platform::toUtf8(s);
+}
 
 } // namespace testing_support

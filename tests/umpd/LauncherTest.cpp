@@ -186,8 +186,10 @@ TEST_F(Messages, ReservedPartsAreNeverWritten) {
     ASSERT_TRUE(sendStopPrint(ipc, std::u16string(400, u'p'), std::u16string(400, u'f'),
                               std::u16string(400, u'd')));
     const auto& m = launcher.messages.at(0);
-    for (auto b : m.reserved) EXPECT_EQ(b, 0xAB);
-    for (auto b : m.launcherOwned) ASSERT_EQ(b, 0xCD);
+    for (auto b : m.reserved)
+        EXPECT_EQ(b, 0xAB);
+    for (auto b : m.launcherOwned)
+        ASSERT_EQ(b, 0xCD);
     EXPECT_EQ(fieldText(m.printerName).size(), 259u);
     EXPECT_EQ(fieldText(m.filename).size(), 259u);
 }
@@ -226,7 +228,8 @@ TEST_P(Running, TriesPlainThenSessionNames) {
         EXPECT_GE(ms, 50u);
         EXPECT_LE(ms, 1049u);
     }
-    for (auto seed : fake.seeds) EXPECT_EQ(seed, fake.processId);
+    for (auto seed : fake.seeds)
+        EXPECT_EQ(seed, fake.processId);
 }
 
 const std::u16string plainMutex = u"Local\\kelsend_anna_mutex";
@@ -236,14 +239,22 @@ INSTANTIATE_TEST_SUITE_P(
     Launchers, Running,
     ::testing::Values(
         RunningRow{"PlainAtOnce", 10, u"Local\\kelsend_anna", true, {plainMutex}, 0},
-        RunningRow{"NoneOn6", 6, nullptr, false,
-                   {plainMutex, plainMutex, sessionMutex, sessionMutex}, 2},
-        RunningRow{"SessionOn10", 10, u"Session\\3\\kelsend_anna", true,
-                   {plainMutex, plainMutex, sessionMutex}, 1},
-        RunningRow{"OtherSessionUnseenOn5", 5, u"Session\\3\\kelsend_anna", false,
-                   {plainMutex, plainMutex}, 1},
-        RunningRow{"NoneOnNt4", 4, nullptr, false, {u"kelsend_anna_mutex", u"kelsend_anna_mutex"},
-                   1}),
+        RunningRow{
+            "NoneOn6", 6, nullptr, false, {plainMutex, plainMutex, sessionMutex, sessionMutex}, 2},
+        RunningRow{"SessionOn10",
+                   10,
+                   u"Session\\3\\kelsend_anna",
+                   true,
+                   {plainMutex, plainMutex, sessionMutex},
+                   1},
+        RunningRow{"OtherSessionUnseenOn5",
+                   5,
+                   u"Session\\3\\kelsend_anna",
+                   false,
+                   {plainMutex, plainMutex},
+                   1},
+        RunningRow{
+            "NoneOnNt4", 4, nullptr, false, {u"kelsend_anna_mutex", u"kelsend_anna_mutex"}, 1}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(FakeOsTest, BaseProxyNeverLooksAtSessions) {

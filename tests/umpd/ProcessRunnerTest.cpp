@@ -1,5 +1,5 @@
-#include "umpd/FakeOs.h"
 #include "umpd/ProcessRunner.h"
+#include "umpd/FakeOs.h"
 
 using namespace testing_support;
 using platform::Call;
@@ -63,14 +63,15 @@ TEST_P(Autostart, RepairsOnlyAnEntryOfAnotherDriver) {
 
 INSTANTIATE_TEST_SUITE_P(
     Entries, Autostart,
-    ::testing::Values(
-        AutostartRow{"Missing", nullptr, false},
-        AutostartRow{"Current", u"C:\\windows\\system32\\spool\\drivers\\x64\\3\\kelmsnd.exe",
-                     false},
-        AutostartRow{"OldDriverVersion2",
-                     u"C:\\windows\\system32\\spool\\drivers\\w32x86\\2\\kelmsnd.exe", true},
-        AutostartRow{"OtherPath", u"D:\\old\\kelmsnd.exe", true},
-        AutostartRow{"TooLongForItsBuffer", longEntry.c_str(), false}),
+    ::testing::Values(AutostartRow{"Missing", nullptr, false},
+                      AutostartRow{"Current",
+                                   u"C:\\windows\\system32\\spool\\drivers\\x64\\3\\kelmsnd.exe",
+                                   false},
+                      AutostartRow{"OldDriverVersion2",
+                                   u"C:\\windows\\system32\\spool\\drivers\\w32x86\\2\\kelmsnd.exe",
+                                   true},
+                      AutostartRow{"OtherPath", u"D:\\old\\kelmsnd.exe", true},
+                      AutostartRow{"TooLongForItsBuffer", longEntry.c_str(), false}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(FakeOsTest, AutostartSkipsWhenTheKeyCannotBeOpened) {

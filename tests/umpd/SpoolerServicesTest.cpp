@@ -47,8 +47,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         NameRow{"Plain", u"Office PDF", u"Office PDF", u"", u"Office PDF"},
         NameRow{"LocalPortNameIsAPlainName", u"kelport1:", u"kelport1:", u"", u"kelport1:"},
-        NameRow{"CommaFormOfPortOfOurDriverOnly", u",,srv,port", u"\\\\srv\\queue",
-                u",,srv,port", u",,srv,port"},
+        NameRow{"CommaFormOfPortOfOurDriverOnly", u",,srv,port", u"\\\\srv\\queue", u",,srv,port",
+                u",,srv,port"},
         NameRow{"BackslashFormOfPort", u"\\\\srv\\port", u"\\\\srv\\queue", u"\\\\srv\\port",
                 u"\\\\srv\\port"},
         NameRow{"CommaFormOfPrinter", u",,SRV,QUEUE", u"\\\\srv\\queue", u",,SRV,QUEUE",
@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(Names, DeviceName,
 TEST_F(FakeOsTest, OpenPrinterPassesRawDefaultsAndTheDevMode) {
     fake.addPrinter(u"\\\\srv\\queue", ourDriver, u"KELPORT1:");
     PrinterConfig config;
-    config.printerName = u"\\\\srv\\queue";
+    config.setPrinterName(u"\\\\srv\\queue");
     ASSERT_TRUE(config.openPrinter(8));
     ASSERT_TRUE(config.openPrinter(8)); // already open: no second open
     EXPECT_EQ(fake.callCount(Call::OpenPrinter), 1);
@@ -142,21 +142,24 @@ TEST_F(FakeOsTest, OpenPrinterPassesRawDefaultsAndTheDevMode) {
     EXPECT_EQ(defaults->datatype, u"RAW");
     EXPECT_EQ(defaults->desiredAccess, 8u);
     ASSERT_EQ(defaults->devMode.size(), 220u + 180u);
-    auto u16 = [&](std::size_t at) { return defaults->devMode[at] | defaults->devMode[at + 1] << 8; };
+    auto u16 = [&](std::size_t at) {
+        return defaults->devMode[at] | defaults->devMode[at + 1] << 8;
+    };
     struct Field {
         std::size_t offset;
         int value;
-    } fields[] = {{64, 0x401}, {66, 0x400}, {68, 220}, {70, 180}, {72, 0x4F13}, {74, 1},
-                  {76, 1},     {78, 1},     {80, 0},   {82, 0},   {84, 100},    {86, 1},
-                  {88, 15},    {90, 300},   {92, 2},   {94, 1},   {96, 0},      {98, 3},
+    } fields[] = {{64, 0x401}, {66, 0x400}, {68, 220},   {70, 180}, {72, 0x4F13}, {74, 1},
+                  {76, 1},     {78, 1},     {80, 0},     {82, 0},   {84, 100},    {86, 1},
+                  {88, 15},    {90, 300},   {92, 2},     {94, 1},   {96, 0},      {98, 3},
                   {100, 0},    {102, u'A'}, {104, u'4'}, {106, 0}};
-    for (auto f : fields) EXPECT_EQ(u16(f.offset), f.value) << "offset " << f.offset;
+    for (auto f : fields)
+        EXPECT_EQ(u16(f.offset), f.value) << "offset " << f.offset;
     EXPECT_EQ(u16(0), u'q');
     for (std::size_t i = 166; i < defaults->devMode.size(); ++i)
         ASSERT_EQ(defaults->devMode[i], 0) << i;
 
     PrinterConfig missing;
-    missing.printerName = u"absent";
+    missing.setPrinterName(u"absent");
     EXPECT_FALSE(missing.openPrinter(8));
     EXPECT_EQ(missing.printerHandle, nullptr);
 }
@@ -176,7 +179,7 @@ protected:
     std::vector<platform::JobInfo2>& jobs() { return fake.printer(u"P")->jobs; }
     PrinterConfig config() {
         PrinterConfig c;
-        c.printerName = u"P";
+        c.setPrinterName(u"P");
         return c;
     }
 };
@@ -218,7 +221,8 @@ TEST_F(CurrentJob, FailuresLeaveTheDocumentNameAlone) {
     struct Row {
         const char* name;
         Call call;
-    } rows[] = {{"open", Call::OpenPrinter}, {"printer", Call::GetPrinter}, {"jobs", Call::EnumJobs}};
+    } rows[] = {
+        {"open", Call::OpenPrinter}, {"printer", Call::GetPrinter}, {"jobs", Call::EnumJobs}};
     for (auto row : rows) {
         SCOPED_TRACE(row.name);
         fake.fail(row.call, 5, 1);
@@ -238,7 +242,8 @@ TEST_F(CurrentJob, FailuresLeaveTheDocumentNameAlone) {
 }
 
 TEST_F(CurrentJob, AllJobsAskForTwoMoreThanCounted) {
-    for (std::uint32_t i = 1; i <= 5; ++i) jobs().push_back(job(i, static_cast<int>(i), u"d"));
+    for (std::uint32_t i = 1; i <= 5; ++i)
+        jobs().push_back(job(i, static_cast<int>(i), u"d"));
     auto c = config();
     ASSERT_TRUE(c.openPrinter(8));
     std::uint32_t count = 99;
@@ -319,7 +324,8 @@ TEST(StringMapTest, KeysWithoutCaseAndAFixedSize) {
     EXPECT_EQ(*map.get(u"empty"), u"");
     EXPECT_EQ(*map.get(u"TrimNameChar"), u"-45");
     EXPECT_EQ(map.get(u"absent"), nullptr);
-    for (int i = 0; i < 300; ++i) map.setInt(u"k" + platform::fromUtf8(std::to_string(i)), i);
+    for (int i = 0; i < 300; ++i)
+        map.setInt(u"k" + platform::fromUtf8(std::to_string(i)), i);
     EXPECT_EQ(map.size(), StringMap::capacity);
     map.set(u"printerData4", u"3"); // an existing key still takes a value
     EXPECT_EQ(*map.get(u"printerData4"), u"3");

@@ -1,6 +1,6 @@
+#include "umpd/SystemServices.h"
 #include "umpd/FakeOs.h"
 #include "umpd/SecurityAttributesHolder.h"
-#include "umpd/SystemServices.h"
 
 using namespace testing_support;
 using platform::Call;
@@ -23,13 +23,11 @@ TEST_P(VersionTests, ToldApartByMajorVersionAndPlatformId) {
     EXPECT_EQ(isNt5OrLater(), row.nt5OrLater);
 }
 
-INSTANTIATE_TEST_SUITE_P(Systems, VersionTests,
-                         ::testing::Values(VersionRow{4, 1, false, false},
-                                           VersionRow{4, 2, true, false},
-                                           VersionRow{5, 1, false, true},
-                                           VersionRow{5, 2, false, true},
-                                           VersionRow{6, 2, false, true},
-                                           VersionRow{10, 2, false, true}));
+INSTANTIATE_TEST_SUITE_P(
+    Systems, VersionTests,
+    ::testing::Values(VersionRow{4, 1, false, false}, VersionRow{4, 2, true, false},
+                      VersionRow{5, 1, false, true}, VersionRow{5, 2, false, true},
+                      VersionRow{6, 2, false, true}, VersionRow{10, 2, false, true}));
 
 using SystemServices = FakeOsTest;
 
@@ -106,13 +104,11 @@ TEST_P(SecurityBySystem, NullAccessListAndLabelFromVersion6) {
     EXPECT_TRUE(fake.debugLines().empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Systems, SecurityBySystem,
-                         ::testing::Values(SecurityRow{4, 1, false, false},
-                                           SecurityRow{5, 1, false, false},
-                                           SecurityRow{4, 2, true, false},
-                                           SecurityRow{5, 2, true, false},
-                                           SecurityRow{6, 2, true, true},
-                                           SecurityRow{10, 2, true, true}));
+INSTANTIATE_TEST_SUITE_P(
+    Systems, SecurityBySystem,
+    ::testing::Values(SecurityRow{4, 1, false, false}, SecurityRow{5, 1, false, false},
+                      SecurityRow{4, 2, true, false}, SecurityRow{5, 2, true, false},
+                      SecurityRow{6, 2, true, true}, SecurityRow{10, 2, true, true}));
 
 // Each failing step: what the record holds, the box, the debug text.
 struct SecurityFailureRow {
@@ -145,24 +141,26 @@ TEST_P(SecurityFailures, EachStepFailsInItsOwnWay) {
         EXPECT_TRUE(boxes.empty());
     }
     auto lines = fake.debugLines();
-    if (row.debugText) EXPECT_EQ(lines, std::vector<std::string>{row.debugText});
-    else EXPECT_TRUE(lines.empty());
+    if (row.debugText)
+        EXPECT_EQ(lines, std::vector<std::string>{row.debugText});
+    else
+        EXPECT_TRUE(lines.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Steps, SecurityFailures,
-    ::testing::Values(
-        SecurityFailureRow{"LocalAlloc", Call::LocalAlloc, false, nullptr, nullptr},
-        SecurityFailureRow{"Initialize", Call::InitializeSecurityDescriptor, false,
-                           u"InitializeSecurityDescriptor failed", nullptr},
-        SecurityFailureRow{"Dacl", Call::SetSecurityDescriptorDacl, false,
-                           u"SetSecurityDescriptorDacl failed", nullptr},
-        SecurityFailureRow{"Convert", Call::ConvertStringSecurityDescriptor, true, nullptr,
-                           "ConvertStringSecurityDescriptorToSecurityDescriptor failed\n"},
-        SecurityFailureRow{"GetSacl", Call::GetSecurityDescriptorSacl, true, nullptr,
-                           "GetSecurityDescriptorSacl failed\n"},
-        SecurityFailureRow{"SetSacl", Call::SetSecurityDescriptorSacl, true, nullptr,
-                           "SetSecurityDescriptorSacl failed\n"}),
+    ::testing::Values(SecurityFailureRow{"LocalAlloc", Call::LocalAlloc, false, nullptr, nullptr},
+                      SecurityFailureRow{"Initialize", Call::InitializeSecurityDescriptor, false,
+                                         u"InitializeSecurityDescriptor failed", nullptr},
+                      SecurityFailureRow{"Dacl", Call::SetSecurityDescriptorDacl, false,
+                                         u"SetSecurityDescriptorDacl failed", nullptr},
+                      SecurityFailureRow{
+                          "Convert", Call::ConvertStringSecurityDescriptor, true, nullptr,
+                          "ConvertStringSecurityDescriptorToSecurityDescriptor failed\n"},
+                      SecurityFailureRow{"GetSacl", Call::GetSecurityDescriptorSacl, true, nullptr,
+                                         "GetSecurityDescriptorSacl failed\n"},
+                      SecurityFailureRow{"SetSacl", Call::SetSecurityDescriptorSacl, true, nullptr,
+                                         "SetSecurityDescriptorSacl failed\n"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 } // namespace

@@ -29,10 +29,14 @@ int main(int argc, char** argv) {
     for (int i = 1; i + 1 < argc; i += 2) {
         std::string option = argv[i];
         std::u16string value = platform::fromUtf8(argv[i + 1]);
-        if (option == "--base") base = value;
-        else if (option == "--log") logPath = value;
-        else if (option == "--ready") readyPath = value;
-        else if (option == "--count") count = std::strtol(argv[i + 1], nullptr, 10);
+        if (option == "--base")
+            base = value;
+        else if (option == "--log")
+            logPath = value;
+        else if (option == "--ready")
+            readyPath = value;
+        else if (option == "--count")
+            count = std::strtol(argv[i + 1], nullptr, 10);
         else {
             std::fprintf(stderr, "kelmsnd: unknown option %s\n", option.c_str());
             return 2;

@@ -1,0 +1,216 @@
+// The job face on the real system, under Wine: printers in the prefix, the security of
+// shared objects, and the whole conversation with a running kelmsnd.
+
+#ifdef _WIN32
+
+#include "platform/Platform.h"
+#include "platform/TestPrinters.h"
+#include "platform/win32/Windows.h"
+#include "umpd/LauncherNames.h"
+#include "umpd/LauncherProxy.h"
+#include "umpd/PrintJob.h"
+#include "umpd/PrinterConfig.h"
+#include "umpd/SecurityAttributesHolder.h"
+#include "umpd/SystemServices.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+using namespace testing_support;
+
+namespace {
+
+std::wstring w(const std::u16string& s) {
+    return std::wstring(s.begin(), s.end());
+}
+
+TEST(Win32Spooler, PortFormsResolveToPrintersOfOurDriver) {
+    ASSERT_TRUE(addSystemPrinter(u"Kel Other Make", u"Kel Other Driver", u"\\\\kelsrv\\kelport"));
+    ASSERT_TRUE(addSystemPrinter(u"Kel Port Printer", productDriver, u"\\\\kelsrv\\kelport"));
+    ASSERT_TRUE(addSystemPrinter(u"Kel File Printer", productDriver, u"FILE:"));
+    struct Row {
+        const char16_t* given;
+        const char16_t* printer;
+    } rows[] = {
+        {u",,kelsrv,kelport", u"Kel Port Printer"},
+        {u"\\\\KELSRV\\KELPORT", u"Kel Port Printer"},
+        {u",,nowhere,port", u""},
+        {u"Kel File Printer", u"Kel File Printer"},
+    };
+    for (auto row : rows) {
+        PrinterConfig config;
+        config.setPrinterName(row.given);
+        EXPECT_EQ(config.printerName, row.printer) << text(row.given);
+    }
+
+    PrinterConfig config;
+    config.setPrinterName(u"\\\\kelsrv\\kelport");
+    ASSERT_TRUE(config.openPrinter(platform::printerAccessUse));
+    PrinterInfoCache cache(config.printerHandle.get());
+    auto* info = cache.fetch();
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(info->printerName, u"Kel Port Printer");
+    EXPECT_EQ(info->portName, u"\\\\kelsrv\\kelport");
+    std::uint32_t count = 7;
+    EXPECT_FALSE(PrintJob::getAllJobs(*config.printerHandle, count).has_value()); // no jobs
+    EXPECT_EQ(count, 0u);
+}
+
+TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
+    SecurityAttributesHolder holder;
+    auto* sa = makeSecurityAttributes(holder);
+    ASSERT_NE(sa, nullptr);
+    EXPECT_EQ(sa->length, 8u);
+    auto name = u"KelSecured_" + platform::fromUtf8(std::to_string(GetCurrentProcessId()));
+    auto event = platform::current().kernel().createEvent(sa, false, false, name);
+    ASSERT_NE(event, nullptr);
+
+    HANDLE h = OpenEventW(READ_CONTROL, FALSE, w(name).c_str());
+    ASSERT_NE(h, nullptr);
+    DWORD needed = 0;
+    SECURITY_INFORMATION what = DACL_SECURITY_INFORMATION | LABEL_SECURITY_INFORMATION;
+    GetKernelObjectSecurity(h, what, nullptr, 0, &needed);
+    std::vector<BYTE> buffer(needed + 1);
+    ASSERT_TRUE(GetKernelObjectSecurity(h, what, buffer.data(), needed, &needed));
+    CloseHandle(h);
+    BOOL present = FALSE, defaulted = FALSE;
+    PACL dacl = nullptr;
+    ASSERT_TRUE(GetSecurityDescriptorDacl(buffer.data(), &present, &dacl, &defaulted));
+    EXPECT_TRUE(present);
+    EXPECT_EQ(dacl, nullptr); // a null access list: everyone may open it
+
+    PACL sacl = nullptr;
+    ASSERT_TRUE(GetSecurityDescriptorSacl(buffer.data(), &present, &sacl, &defaulted));
+    if (getOsMajorVersion() <= 5) return;
+    ASSERT_TRUE(present && sacl);
+    ACE_HEADER* ace = nullptr;
+    ASSERT_TRUE(GetAce(sacl, 0, reinterpret_cast<void**>(&ace)));
+    EXPECT_EQ(ace->AceType, SYSTEM_MANDATORY_LABEL_ACE_TYPE);
+    auto* label = reinterpret_cast<SYSTEM_MANDATORY_LABEL_ACE*>(ace);
+    EXPECT_EQ(label->Mask, static_cast<DWORD>(SYSTEM_MANDATORY_LABEL_NO_WRITE_UP));
+    auto* sid = reinterpret_cast<PSID>(&label->SidStart);
+    EXPECT_EQ(*GetSidSubAuthority(sid, 0), static_cast<DWORD>(SECURITY_MANDATORY_LOW_RID));
+}
+
+// kelmsnd beside the test program, logging to a file of its own.
+class LauncherPeerProcess {
+public:
+    LauncherPeerProcess() {
+        wchar_t self[MAX_PATH];
+        GetModuleFileNameW(nullptr, self, MAX_PATH);
+        std::wstring dir(self);
+        dir.resize(dir.find_last_of(L'\\') + 1);
+        wchar_t temp[MAX_PATH];
+        GetTempPathW(MAX_PATH, temp);
+        log = std::wstring(temp) + L"kelmsnd-" + std::to_wstring(GetCurrentProcessId()) + L".log";
+        DeleteFileW(log.c_str());
+        std::wstring command = L"\"" + dir + L"kelmsnd.exe\" --log \"" + log + L"\"";
+        STARTUPINFOW si{};
+        si.cb = sizeof si;
+        if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                            &si, &info))
+            return;
+        CloseHandle(info.hThread);
+        auto mutex = w(plainLauncherBase(launcherBaseWord) + u"_mutex");
+        for (int i = 0; i < 200 && !running; ++i) {
+            HANDLE h = OpenMutexW(SYNCHRONIZE, FALSE, mutex.c_str());
+            running = h != nullptr;
+            if (h)
+                CloseHandle(h);
+            else
+                Sleep(50);
+        }
+    }
+    ~LauncherPeerProcess() {
+        if (!info.hProcess) return;
+        if (WaitForSingleObject(info.hProcess, 0) == WAIT_TIMEOUT)
+            TerminateProcess(info.hProcess, 9);
+        CloseHandle(info.hProcess);
+        DeleteFileW(log.c_str());
+    }
+    DWORD exitCode(DWORD waitMs) {
+        if (WaitForSingleObject(info.hProcess, waitMs) != WAIT_OBJECT_0) return 0xFFFF;
+        DWORD code = 0;
+        GetExitCodeProcess(info.hProcess, &code);
+        return code;
+    }
+    std::vector<std::string> lines() const {
+        std::ifstream in(log, std::ios::binary);
+        std::vector<std::string> out;
+        for (std::string line; std::getline(in, line);)
+            out.push_back(line);
+        return out;
+    }
+
+    PROCESS_INFORMATION info{};
+    std::wstring log;
+    bool running = false;
+};
+
+// The bytes of the record from the command to the reserved tail, in the peer's hex.
+std::string hexImage(const LauncherStruct& m) {
+    std::ostringstream out;
+    auto* bytes = reinterpret_cast<const unsigned char*>(&m);
+    char hex[3];
+    for (std::size_t i = offsetof(LauncherStruct, command);
+         i < offsetof(LauncherStruct, launcherOwned); ++i) {
+        std::snprintf(hex, sizeof hex, "%02x", bytes[i]);
+        out << hex;
+    }
+    return out.str();
+}
+
+TEST(Win32Launcher, MessagesArriveByteForByte) {
+    LauncherPeerProcess peer;
+    ASSERT_TRUE(peer.running) << "kelmsnd did not start";
+    CitrixLauncherProxy proxy(1);
+    ASSERT_TRUE(proxy.isRunning());
+    ASSERT_TRUE(sendStartPrint(proxy.comms(), u"Kel Printer"));
+    ASSERT_TRUE(sendStopPrint(proxy.comms(), u"Kel Printer", u"C:\\out\\My document.pdf",
+                              u"My document \u00e9"));
+    ASSERT_TRUE(proxy.sendPrinterCleanup(u"Kel Printer"));
+    ASSERT_TRUE(proxy.stopLauncher());
+    EXPECT_EQ(peer.exitCode(10000), 0u); // the empty command stops it
+
+    // What the record must hold at each message: fields written over the launcher's
+    // fresh (zeroed) mapping, with what earlier messages left behind.
+    LauncherStruct m{};
+    std::vector<LauncherStruct> expected;
+    copyField(m.printerName, u"Kel Printer");
+    copyField(m.command, u"startprint");
+    expected.push_back(m);
+    copyField(m.filename, u"C:\\out\\My document.pdf");
+    copyField(m.docName, u"My document \u00e9");
+    copyField(m.command, u"stopprint");
+    expected.push_back(m);
+    copyField(m.command, u"printercleanup");
+    expected.push_back(m);
+    m.command[0] = u'\0';
+    expected.push_back(m);
+
+    auto lines = peer.lines();
+    ASSERT_EQ(lines.size(), 8u);
+    EXPECT_EQ(lines[0], "command=startprint|printerName=Kel Printer|filename=|docName=");
+    EXPECT_EQ(lines[2], "command=stopprint|printerName=Kel Printer|filename=C:\\out\\My "
+                        "document.pdf|docName=My document \xc3\xa9");
+    EXPECT_EQ(lines[4], "command=printercleanup|printerName=Kel Printer|filename=C:\\out\\My "
+                        "document.pdf|docName=My document \xc3\xa9");
+    EXPECT_EQ(lines[6], "command=|printerName=Kel Printer|filename=C:\\out\\My "
+                        "document.pdf|docName=My document \xc3\xa9");
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        EXPECT_EQ(lines[2 * i + 1], hexImage(expected[i])) << "message " << i;
+}
+
+TEST(Win32Launcher, MissingLauncherIsFoundMissing) {
+    CitrixLauncherProxy proxy(1);
+    EXPECT_FALSE(proxy.isRunning());
+    EXPECT_FALSE(sendStartPrint(proxy.comms(), u"Kel Printer"));
+    EXPECT_TRUE(proxy.comms().shared.created); // the record was made, and nobody listens
+}
+
+} // namespace
+
+#endif
