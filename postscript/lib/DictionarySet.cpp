@@ -26,16 +26,19 @@ DictionarySet::DictionarySet(MemoryRecord* memories, NameTable* names)
     push(systemDict);
     push(globalDict);
     push(userDict);
-    addReference(errorDict);
+    // Held for the life of the set, whatever a program does to the stack.
+    for (DictionaryObject* held : {systemDict, globalDict, userDict, errorDict})
+        addReference(held);
 }
 
 DictionarySet::~DictionarySet() {
-    // systemdict holds the four dictionaries, itself among them: break the loop first.
-    for (const char* name : dictionaryNames)
-        systemData->remove(name);
-    releaseReference(errorDict);
-    releaseReference(fontDirectory);
+    // systemdict holds the four dictionaries, itself among them: break the loop
+    // first. Our own counts keep the bodies alive meanwhile, also when a
+    // program has popped them all off the stack.
+    for (const char* name : dictionaryNames) systemData->remove(name);
     dictionaryStack.reset();
+    for (DictionaryObject* held : {systemDict, globalDict, userDict, errorDict, fontDirectory})
+        releaseReference(held);
 }
 
 void DictionarySet::push(PostscriptObject* dictionary) {

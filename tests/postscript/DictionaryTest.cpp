@@ -160,3 +160,20 @@ TEST(LookupCache, FollowsEveryChange) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(DictionarySetTearDown, SurvivesAProgramThatPoppedEveryDictionary) {
+    long before = CompositeData::liveCount();
+    {
+        Session s;
+        ASSERT_TRUE(s.run("end end end "));
+        EXPECT_EQ(s.interpreter().dictionaries->dictionaryStack->size(), 0u);
+        // With nothing to look names up in, they turn into strings.
+        ASSERT_TRUE(s.run("begin "));
+        EXPECT_EQ(s.stackValues(), "(begin)");
+    }
+    EXPECT_EQ(CompositeData::liveCount(), before);
+}
+
+} // namespace
