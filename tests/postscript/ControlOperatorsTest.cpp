@@ -1,3 +1,4 @@
+#include "OperatorCases.h"
 #include "support/TestSupport.h"
 
 #include "ArrayObject.h"
@@ -10,6 +11,8 @@
 
 #include <cstring>
 
+using operator_cases::Case;
+using operator_cases::FailureCase;
 using testing_support::Session;
 
 namespace {
@@ -25,15 +28,6 @@ std::string evalControl(std::string_view program) {
     ControlSession s;
     if (!s.run(program)) return "ERROR: " + s.error();
     return s.stackValues();
-}
-
-struct Case {
-    const char* program;
-    const char* result; // the stack in "==" forms, or "ERROR: message"
-};
-
-void PrintTo(const Case& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
 }
 
 class ControlOperators : public ::testing::TestWithParam<Case> {};
@@ -129,24 +123,12 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"5 stopped ", "ERROR: Unsupported param type to stopped"},
                       Case{"[1] stopped ", "ERROR: Unsupported param type to stopped"}));
 
-struct FailureCase {
-    const char* program;
-    const char* error;
-    const char* stackAfter;
-};
-
-void PrintTo(const FailureCase& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
 class ControlFailures : public ::testing::TestWithParam<FailureCase> {};
 
-// Operands popped before a failure stay popped.
+// Operands popped before a failure stay popped, also by the loop operators.
 TEST_P(ControlFailures, LeaveTheStackAsPopped) {
     ControlSession s;
-    EXPECT_FALSE(s.run(GetParam().program));
-    EXPECT_EQ(s.error(), GetParam().error);
-    EXPECT_EQ(s.stackValues(), GetParam().stackAfter);
+    operator_cases::expectFailure(s, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(

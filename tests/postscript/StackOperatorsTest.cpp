@@ -1,22 +1,16 @@
+#include "OperatorCases.h"
 #include "support/TestSupport.h"
 
 #include "Interpreter.h"
 
 #include <gtest/gtest.h>
 
+using operator_cases::Case;
+using operator_cases::FailureCase;
 using testing_support::eval;
 using testing_support::Session;
 
 namespace {
-
-struct Case {
-    const char* program;
-    const char* result; // eval(): the stack in "==" forms, or "ERROR: message"
-};
-
-void PrintTo(const Case& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
 
 class StackOperators : public ::testing::TestWithParam<Case> {};
 
@@ -88,24 +82,11 @@ INSTANTIATE_TEST_SUITE_P(
                       // Without a mark the count is the whole depth, and no failure.
                       Case{"1 2 3 counttomark ", "1 2 3 3"}, Case{"counttomark ", "0"}));
 
-struct FailureCase {
-    const char* program;
-    const char* error;
-    const char* stackAfter;
-};
-
-void PrintTo(const FailureCase& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
 class StackFailures : public ::testing::TestWithParam<FailureCase> {};
 
-// What a failing operator had popped stays popped.
 TEST_P(StackFailures, LeaveTheStackAsPopped) {
     Session s;
-    EXPECT_FALSE(s.run(GetParam().program));
-    EXPECT_EQ(s.error(), GetParam().error);
-    EXPECT_EQ(s.stackValues(), GetParam().stackAfter);
+    operator_cases::expectFailure(s, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(
