@@ -1,4 +1,5 @@
-#include "OperatorCases.h"
+#include "EvalCase.h"
+#include "FailureCase.h"
 #include "support/TestSupport.h"
 
 #include "ArrayObject.h"
@@ -11,42 +12,30 @@
 
 #include <cstring>
 
-using operator_cases::Case;
-using operator_cases::FailureCase;
+using eval_case::Case;
+using failure_case::FailureCase;
+using testing_support::eval;
 using testing_support::Session;
 
 namespace {
 
-// A session in which F is the boolean false: `bfalse` pushes true.
-struct ControlSession : Session {
-    ControlSession() {
-        interpreter().dictionaries->userData->putText("F", new BooleanObject(false));
-    }
-};
-
-std::string evalControl(std::string_view program) {
-    ControlSession s;
-    if (!s.run(program)) return "ERROR: " + s.error();
-    return s.stackValues();
-}
-
 class ControlOperators : public ::testing::TestWithParam<Case> {};
 
 TEST_P(ControlOperators, Evaluate) {
-    EXPECT_EQ(evalControl(GetParam().program), GetParam().result);
+    EXPECT_EQ(eval(GetParam().program), GetParam().result);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     IfIfelse, ControlOperators,
-    ::testing::Values(Case{"btrue { 1 } if ", "1"}, Case{"F { 1 } if ", ""},
+    ::testing::Values(Case{"true { 1 } if ", "1"}, Case{"false { 1 } if ", ""},
                       // The procedure's type isn't checked: a number just lands on the stack.
-                      Case{"btrue 5 if ", "5"}, Case{"btrue [1 2] if ", "[1 2 ]"},
-                      Case{"/p { 1 } def btrue /p load if ", "1"},
-                      Case{"btrue { btrue { 1 } if 2 } if ", "1 2"},
+                      Case{"true 5 if ", "5"}, Case{"true [1 2] if ", "[1 2 ]"},
+                      Case{"/p { 1 } def true /p load if ", "1"},
+                      Case{"true { true { 1 } if 2 } if ", "1 2"},
                       Case{"1 { 2 } if ", "ERROR: Expected ps_boolean at if"},
                       Case{"{ 2 } if ", "ERROR: Expected ps_boolean at if"},
-                      Case{"btrue { 1 } { 2 } ifelse ", "1"}, Case{"F { 1 } { 2 } ifelse ", "2"},
-                      Case{"F { 1 } 2 ifelse ", "2"},
+                      Case{"true { 1 } { 2 } ifelse ", "1"}, Case{"false { 1 } { 2 } ifelse ", "2"},
+                      Case{"false { 1 } 2 ifelse ", "2"},
                       Case{"0 { 1 } { 2 } ifelse ", "ERROR: Expected ps_boolean at ifelse"}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -64,7 +53,7 @@ INSTANTIATE_TEST_SUITE_P(
         // The limit itself is never reached, in either direction.
         Case{"1 1 3 {} for ", "1 2"}, Case{"3 -1 1 {} for ", "3 2"}, Case{"0 1 0 {} for ", ""},
         Case{"5 1 1 {} for ", ""}, Case{"1 2 6 {} for ", "1 3 5"},
-        Case{"1 1 3 { 10 } for ", "1 10 2 10"},
+        Case{"1 1 3 { 10 } for ", "1 10 2 10"}, Case{"0 1 1 4 { add } for ", "6"},
         // One real among the three operands makes every control value a real.
         Case{"1.5 1 3 {} for ", "1.500000 2.500000"}, Case{"1 1.0 3 {} for ", "1.000000 2.000000"},
         Case{"1 1 3.0 {} for ", "1.000000 2.000000"},
@@ -83,7 +72,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(Case{"3 { 1 } repeat ", "1 1 1"}, Case{"0 { 1 } repeat ", ""},
                       Case{"-2 { 1 } repeat ", ""}, Case{"2 { 1 } repeat 3 ", "1 1 3"},
                       Case{"2 { 2 { 7 } repeat 8 } repeat ", "7 7 8 7 7 8"},
-                      Case{"3 { 1 exit } repeat ", "1"},
+                      Case{"3 { 1 exit } repeat ", "1"}, Case{"0 4 { 1 add } repeat ", "4"},
+                      Case{"0 { 1 add dup 3 eq { exit } if } loop ", "3"},
                       Case{"(a) { 1 } repeat ", "ERROR: Expected ps_integer at repeat"},
                       Case{"{ 1 exit } loop 2 ", "1 2"},
                       Case{"{ { 1 exit } loop 2 exit } loop ", "1 2"},
@@ -92,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Forall, ControlOperators,
     ::testing::Values(Case{"[1 (a) /n] {} forall ", "1 (a) n"}, Case{"[] {} forall ", ""},
-                      Case{"(abc) {} forall ", "97 98 99"},
+                      Case{"0 [1 2 3] { add } forall ", "6"}, Case{"(abc) {} forall ", "97 98 99"},
                       // Bytes are taken as signed.
                       Case{"(\\310\\377\\177) {} forall ", "-56 -1 127"}, Case{"() {} forall ", ""},
                       // Keys in byte order, each a name of the key text.
@@ -107,28 +97,28 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     ExitStopStopped, ControlOperators,
-    ::testing::Values(Case{"exit ", "ERROR: pop - expected item on stack"},
-                      Case{"1 { exit } exec 2 ", "ERROR: pop - expected item on stack"},
-                      // exit passes a stopped context by and drops it.
-                      Case{"{ { exit } stopped 1 } loop 2 ", "2"},
-                      Case{"{ 3 stop } stopped ", "3 true"}, Case{"{ 3 } stopped ", "3 false"},
-                      Case{"{ 3 stop 4 } stopped 5 ", "3 true 5"},
-                      Case{"{ { stop } loop } stopped ", "true"},
-                      Case{"{ 3 { 1 1 5 { stop } for } repeat } stopped ", "1 true"},
-                      Case{"{ { stop } stopped 1 } stopped ", "true 1 false"},
-                      Case{"{ 2 { stop } repeat } stopped 0 ", "true 0"},
-                      Case{"/x stopped ", "x false"}, Case{"1 2 /pop load stopped ", "1 false"},
-                      Case{"stop ", "ERROR: pop - expected item on stack"},
-                      Case{"{ stop } exec ", "ERROR: pop - expected item on stack"},
-                      Case{"5 stopped ", "ERROR: Unsupported param type to stopped"},
-                      Case{"[1] stopped ", "ERROR: Unsupported param type to stopped"}));
+    ::testing::Values(
+        Case{"exit ", "ERROR: pop - expected item on stack"},
+        Case{"1 { exit } exec 2 ", "ERROR: pop - expected item on stack"},
+        // exit passes a stopped context by and drops it.
+        Case{"{ { exit } stopped 1 } loop 2 ", "2"}, Case{"{ 3 stop } stopped ", "3 true"},
+        Case{"{ stop } stopped { 1 } { 2 } ifelse ", "1"}, Case{"{ 3 } stopped ", "3 false"},
+        Case{"{ 3 stop 4 } stopped 5 ", "3 true 5"}, Case{"{ { stop } loop } stopped ", "true"},
+        Case{"{ 3 { 1 1 5 { stop } for } repeat } stopped ", "1 true"},
+        Case{"{ { stop } stopped 1 } stopped ", "true 1 false"},
+        Case{"{ 2 { stop } repeat } stopped 0 ", "true 0"}, Case{"/x stopped ", "x false"},
+        Case{"1 2 /pop load stopped ", "1 false"},
+        Case{"stop ", "ERROR: pop - expected item on stack"},
+        Case{"{ stop } exec ", "ERROR: pop - expected item on stack"},
+        Case{"5 stopped ", "ERROR: Unsupported param type to stopped"},
+        Case{"[1] stopped ", "ERROR: Unsupported param type to stopped"}));
 
 class ControlFailures : public ::testing::TestWithParam<FailureCase> {};
 
 // Operands popped before a failure stay popped, also by the loop operators.
 TEST_P(ControlFailures, LeaveTheStackAsPopped) {
-    ControlSession s;
-    operator_cases::expectFailure(s, GetParam());
+    Session s;
+    failure_case::expectFailure(s, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -206,7 +196,7 @@ TEST(ControlLoops, ShareTheRunLoopAcrossBuffers) {
 TEST(ControlFor, NonNumericControlFailsWithoutErrorText) {
     const float identity[6] = {1, 0, 0, 1, 0, 0};
     PSHandle h = PSOpen(identity);
-    const char* program = "btrue 1 0 {} for ";
+    const char* program = "true 1 0 {} for ";
     uint32_t length = static_cast<uint32_t>(std::strlen(program));
     EXPECT_EQ(PSConvertToPdf(h, reinterpret_cast<const unsigned char*>(program), &length), nullptr);
     EXPECT_EQ(length, std::strlen(program));

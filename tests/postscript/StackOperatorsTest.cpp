@@ -1,12 +1,13 @@
-#include "OperatorCases.h"
+#include "EvalCase.h"
+#include "FailureCase.h"
 #include "support/TestSupport.h"
 
 #include "Interpreter.h"
 
 #include <gtest/gtest.h>
 
-using operator_cases::Case;
-using operator_cases::FailureCase;
+using eval_case::Case;
+using failure_case::FailureCase;
 using testing_support::eval;
 using testing_support::Session;
 
@@ -86,7 +87,7 @@ class StackFailures : public ::testing::TestWithParam<FailureCase> {};
 
 TEST_P(StackFailures, LeaveTheStackAsPopped) {
     Session s;
-    operator_cases::expectFailure(s, GetParam());
+    failure_case::expectFailure(s, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -5,26 +5,15 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
-// Table rows of the operator tests.
-namespace operator_cases {
+namespace failure_case {
 
-// A program and what eval() gives for it: the stack in "==" forms, bottom
-// first, or "ERROR: message".
-struct Case {
-    const char* program;
-    const char* result;
-};
-
-// A failing program, its message, and the operand stack it leaves behind.
+// One row of a failure table: a program that fails, its message, and the operand stack it leaves
+// behind.
 struct FailureCase {
     const char* program;
     const char* error;
     const char* stackAfter;
 };
-
-inline void PrintTo(const Case& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
 
 inline void PrintTo(const FailureCase& c, std::ostream* os) {
     *os << '"' << c.program << '"';
@@ -37,4 +26,4 @@ inline void expectFailure(testing_support::Session& session, const FailureCase& 
     EXPECT_EQ(session.stackValues(), c.stackAfter);
 }
 
-} // namespace operator_cases
+} // namespace failure_case
