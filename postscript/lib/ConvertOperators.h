@@ -58,7 +58,7 @@ public:
     void execute(Interpreter& interpreter) override;
 };
 
-// any string cvs substring  a new string of the object's = text
+// any string cvs string     a new string of the object's = text
 class CvsOperator : public NameObject {
 public:
     using NameObject::NameObject;
