@@ -1,3 +1,5 @@
+#include "EvalCase.h"
+#include "FailureCase.h"
 #include "support/TestSupport.h"
 
 #include "DictionarySet.h"
@@ -5,21 +7,13 @@
 
 #include <gtest/gtest.h>
 
+using eval_case::Case;
 using testing_support::eval;
 using testing_support::Session;
 
 namespace {
 
-struct Case {
-    const char* program;
-    const char* result; // the stack in "==" forms, or "ERROR: <message>"
-};
-
-void PrintTo(const Case& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
-class Relational : public ::testing::TestWithParam<Case> {};
+class Relational : public eval_case::EvalTable {};
 
 TEST_P(Relational, Evaluates) {
     EXPECT_EQ(eval(GetParam().program), GetParam().result);
@@ -67,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"1 ge ", "ERROR: pop - expected item on stack"},
                       Case{"eq ", "ERROR: pop - expected item on stack"}));
 
-class Logical : public ::testing::TestWithParam<Case> {};
+class Logical : public eval_case::EvalTable {};
 
 TEST_P(Logical, Evaluates) {
     EXPECT_EQ(eval(GetParam().program), GetParam().result);
@@ -94,9 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Logical, FailureKeepsOperandsPopped) {
     Session s;
-    EXPECT_FALSE(s.run("7 1 true or "));
-    EXPECT_EQ(s.error(), "Unsupported type of param to or");
-    EXPECT_EQ(s.stackValues(), "7");
+    failure_case::expectFailure(s, {"7 1 true or ", "Unsupported type of param to or", "7"});
 }
 
 TEST(Constants, GoThroughTheExecutionStack) {

@@ -1,3 +1,4 @@
+#include "EvalCase.h"
 #include "support/TestSupport.h"
 
 #include "ArrayObject.h"
@@ -7,21 +8,13 @@
 
 #include <gtest/gtest.h>
 
+using eval_case::Case;
 using testing_support::eval;
 using testing_support::Session;
 
 namespace {
 
-struct Case {
-    const char* program;
-    const char* result; // the stack in "==" forms, or "ERROR: <message>"
-};
-
-void PrintTo(const Case& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
-class Conversion : public ::testing::TestWithParam<Case> {};
+class Conversion : public eval_case::EvalTable {};
 
 TEST_P(Conversion, Evaluates) {
     EXPECT_EQ(eval(GetParam().program), GetParam().result);

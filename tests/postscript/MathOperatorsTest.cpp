@@ -1,3 +1,5 @@
+#include "EvalCase.h"
+#include "FailureCase.h"
 #include "support/TestSupport.h"
 
 #include "ValueObjects.h"
@@ -6,21 +8,14 @@
 
 #include <cmath>
 
+using eval_case::Case;
+using failure_case::FailureCase;
 using testing_support::eval;
 using testing_support::Session;
 
 namespace {
 
-struct Case {
-    const char* program;
-    const char* result; // the stack in "==" forms, or "ERROR: <message>"
-};
-
-void PrintTo(const Case& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
-class Arithmetic : public ::testing::TestWithParam<Case> {};
+class Arithmetic : public eval_case::EvalTable {};
 
 TEST_P(Arithmetic, Evaluates) {
     EXPECT_EQ(eval(GetParam().program), GetParam().result);
@@ -76,51 +71,39 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"0 -1 atan ", "180.000000"}, Case{"0 0 atan ", "0.000000"},
                       Case{"1.0 0 atan ", "90.000000"}));
 
-struct Failure {
-    const char* program;
-    const char* message;
-    const char* left; // what stays on the stack: the operands stay popped
-};
-
-void PrintTo(const Failure& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
-class ArithmeticFailure : public ::testing::TestWithParam<Failure> {};
+class ArithmeticFailure : public ::testing::TestWithParam<FailureCase> {};
 
 TEST_P(ArithmeticFailure, FailsAndKeepsOperandsPopped) {
     Session s;
-    EXPECT_FALSE(s.run(GetParam().program));
-    EXPECT_EQ(s.error(), GetParam().message);
-    EXPECT_EQ(s.stackValues(), GetParam().left);
+    failure_case::expectFailure(s, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, ArithmeticFailure,
-    ::testing::Values(Failure{"9 (a) 1 add ", "Unsupported number type", "9"},
-                      Failure{"9 1 (a) add ", "Unsupported number type", "9"},
-                      Failure{"9 1.5 (a) mul ", "Unsupported number type", "9"},
-                      Failure{"9 (a) 1.5 sub ", "Unsupported number type", "9"},
-                      Failure{"9 true false add ", "Unsupported number type in calc", "9"},
-                      Failure{"9 (a) (b) div ", "Unsupported number type in calc", "9"},
-                      Failure{"1 add ", "pop - expected item on stack", ""},
-                      Failure{"9 5.0 3 mod ", "Illegal param types for mod operator", "9"},
-                      Failure{"9 5 (3) mod ", "Illegal param types for mod operator", "9"},
-                      Failure{"9 (a) abs ", "Unsupported number type in abs", "9"},
-                      Failure{"9 (a) neg ", "Unsupported number type in neg", "9"},
-                      Failure{"9 true ceiling ", "Unsupported number type in ceiling", "9"},
-                      Failure{"9 (a) floor ", "Unsupported number type in floor", "9"},
-                      Failure{"9 (a) round ", "Unsupported number type in round", "9"},
-                      Failure{"9 (a) sqrt ", "Unsupported number type", "9"},
-                      Failure{"9 (a) sin ", "Unsupported number type", "9"},
-                      Failure{"9 /a cos ", "Unsupported number type", "9"},
-                      Failure{"9 (a) 1 atan ", "Unsupported number type", "9"},
-                      Failure{"9 1 (a) atan ", "Unsupported number type", "9"},
+    ::testing::Values(FailureCase{"9 (a) 1 add ", "Unsupported number type", "9"},
+                      FailureCase{"9 1 (a) add ", "Unsupported number type", "9"},
+                      FailureCase{"9 1.5 (a) mul ", "Unsupported number type", "9"},
+                      FailureCase{"9 (a) 1.5 sub ", "Unsupported number type", "9"},
+                      FailureCase{"9 true false add ", "Unsupported number type in calc", "9"},
+                      FailureCase{"9 (a) (b) div ", "Unsupported number type in calc", "9"},
+                      FailureCase{"1 add ", "pop - expected item on stack", ""},
+                      FailureCase{"9 5.0 3 mod ", "Illegal param types for mod operator", "9"},
+                      FailureCase{"9 5 (3) mod ", "Illegal param types for mod operator", "9"},
+                      FailureCase{"9 (a) abs ", "Unsupported number type in abs", "9"},
+                      FailureCase{"9 (a) neg ", "Unsupported number type in neg", "9"},
+                      FailureCase{"9 true ceiling ", "Unsupported number type in ceiling", "9"},
+                      FailureCase{"9 (a) floor ", "Unsupported number type in floor", "9"},
+                      FailureCase{"9 (a) round ", "Unsupported number type in round", "9"},
+                      FailureCase{"9 (a) sqrt ", "Unsupported number type", "9"},
+                      FailureCase{"9 (a) sin ", "Unsupported number type", "9"},
+                      FailureCase{"9 /a cos ", "Unsupported number type", "9"},
+                      FailureCase{"9 (a) 1 atan ", "Unsupported number type", "9"},
+                      FailureCase{"9 1 (a) atan ", "Unsupported number type", "9"},
                       // Where the processor would trap.
-                      Failure{"9 7 0 idiv ", "Division by zero in idiv", "9"},
-                      Failure{"9 -2147483648 -1 idiv ", "Integer overflow in idiv", "9"},
-                      Failure{"9 7 0 mod ", "Division by zero in mod", "9"},
-                      Failure{"9 -2147483648 -1 mod ", "Integer overflow in mod", "9"}));
+                      FailureCase{"9 7 0 idiv ", "Division by zero in idiv", "9"},
+                      FailureCase{"9 -2147483648 -1 idiv ", "Integer overflow in idiv", "9"},
+                      FailureCase{"9 7 0 mod ", "Division by zero in mod", "9"},
+                      FailureCase{"9 -2147483648 -1 mod ", "Integer overflow in mod", "9"}));
 
 double topReal(const char* program) {
     Session s;
