@@ -31,7 +31,8 @@ INSTANTIATE_TEST_SUITE_P(Making, ArrayOperators, ::testing::Values(
     Case{"7 0 packedarray -1 packedarray ", "7 [] []"},
     Case{"1 2 5 packedarray ", "ERROR: pop - expected item on stack"},
     Case{"1 (n) packedarray ", "ERROR: Expected ps_integer at packedarray"},
-    Case{"1 btrue setpacking currentpacking ", "1 true"},
+    Case{"1 2 3 3 packedarray type ", "arraytype"},
+    Case{"1 false setpacking currentpacking ", "1 true"},
     Case{"1 setpacking ", "ERROR: Expected ps_boolean at setpacking"}));
 // clang-format on
 
@@ -39,6 +40,7 @@ INSTANTIATE_TEST_SUITE_P(Making, ArrayOperators, ::testing::Values(
 INSTANTIATE_TEST_SUITE_P(LoadAndStore, ArrayOperators, ::testing::Values(
     Case{"{ 1 (a) /n } aload ", "1 (a) n [1 (a) n ]"},
     Case{"{} aload ", "[]"},
+    Case{"[ 1 2 ] aload pop ", "1 2"},
     Case{"5 aload ", "ERROR: Expected ps_array at aload"},
     Case{"7 8 9 3 array astore ", "[7 8 9 ]"},
     Case{"1 7 8 9 3 array astore ", "1 [7 8 9 ]"},
@@ -57,9 +59,10 @@ INSTANTIATE_TEST_SUITE_P(GetPut, ArrayOperators, ::testing::Values(
     Case{"{ 10 } 0.0 get ", "ERROR: Unsupported parameter types to get"},
     Case{"/n 0 get ", "ERROR: Unsupported parameter types to get"},
     Case{"1 0 get ", "ERROR: Unsupported parameter types to get"},
-    Case{"/a 1 2 2 packedarray def a 0 9 put a ", "[9 2 ]"},
+    Case{"[ 1 2 ] dup 0 9 put ", "[9 2 ]"},
     // At the length the array grows by one; beyond it nothing is written.
-    Case{"/a 1 2 2 packedarray def a 2 9 put a ", "[1 2 9 ]"},
+    Case{"[ 1 2 ] dup 2 9 put ", "[1 2 9 ]"},
+    Case{"{ 1 2 } dup 2 /add load put exec ", "3"},
     Case{"{ 1 2 } 3 9 put ", "ERROR: Illegal array index"},
     Case{"{ 1 2 } -1 9 put ", "ERROR: Illegal array index"},
     Case{"{ 1 } /k 9 put ", "ERROR: Unsupported parameter types to put"},
@@ -79,13 +82,13 @@ INSTANTIATE_TEST_SUITE_P(Intervals, ArrayOperators, ::testing::Values(
     Case{"{ 1 } (0) 1 getinterval ", "ERROR: Expected ps_integer at popIntegerObject"},
     Case{"5 0 1 getinterval ", "ERROR: currently unsupported "},
     // A copy: a put into it doesn't reach the source...
-    Case{"/a 1 2 3 3 packedarray def /b a 0 2 getinterval def b 0 9 put a b ", "[1 2 3 ] [9 2 ]"},
+    Case{"[ 1 2 3 ] dup 0 2 getinterval dup 0 9 put ", "[1 2 3 ] [9 2 ]"},
     // ...but the elements are the same objects.
-    Case{"/a (xy) 1 packedarray def /b a 0 1 getinterval def b 0 get 0 (zz) putinterval a ", "[(zz) ]"},
-    Case{"/a 1 2 3 4 4 packedarray def a 1 { 8 9 } putinterval a ", "[1 8 9 4 ]"},
-    Case{"/a 1 2 2 packedarray def a 0 { 8 9 } putinterval a ", "[8 9 ]"},
-    Case{"/a 1 2 2 packedarray def a 2 {} putinterval a ", "[1 2 ]"},
-    Case{"{ 1 2 } 1 { 3 4 } putinterval ", "ERROR: invalid args to putinterval"},
+    Case{"[ (xy) ] dup 0 1 getinterval 0 get 0 (zz) putinterval ", "[(zz) ]"},
+    Case{"[ 1 2 3 4 ] dup 1 [ 8 9 ] putinterval ", "[1 8 9 4 ]"},
+    Case{"[ 1 2 ] dup 0 [ 8 9 ] putinterval ", "[8 9 ]"},
+    Case{"[ 1 2 ] dup 2 [] putinterval ", "[1 2 ]"},
+    Case{"[ 1 2 ] 1 [ 3 4 ] putinterval ", "ERROR: invalid args to putinterval"},
     Case{"{ 1 2 } -1 { 3 } putinterval ", "ERROR: Illegal array index"},
     Case{"(ab) 0 { 3 } putinterval ", "ERROR: putinterval- only expecting array "},
     Case{"{ 1 } 0 5 putinterval ", "ERROR: putinterval expected array or string"},

@@ -43,6 +43,7 @@ INSTANTIATE_TEST_SUITE_P(GetPut, StringOperators, ::testing::Values(
     Case{"(abc) /x get ", "ERROR: Unsupported parameter types to get"},
     // put stores the low byte of the index; the value is checked, then ignored.
     Case{"/s (abc) def s 1 65 put s 1 get s 0 get ", "1 97"},
+    Case{"(abc) dup 2 65 put 2 get ", "2"},
     Case{"/s 300 string def s 200 7 put s 256 7 put s 200 get s 256 get ", "-56 0"},
     Case{"(abc) 5 65 put ", "ERROR: Illegal string index passed to put"},
     Case{"(abc) 3 65 put ", "ERROR: Illegal string index passed to put"},
@@ -60,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Intervals, StringOperators, ::testing::Values(
     Case{"(abc) 3 2 getinterval ", "()"},
     Case{"(abc) 4 0 getinterval ", "ERROR: invalid string position"},
     Case{"(abc) -1 1 getinterval ", "ERROR: invalid string position"},
-    Case{"/s (abc) def /t s 0 2 getinterval def t 0 (zz) putinterval s t ", "(abc) (zz)"},
+    Case{"(abc) dup 0 2 getinterval dup 0 (zz) putinterval ", "(abc) (zz)"},
     // A string target grows as needed; no range failure.
     Case{"/s (ab) def s 1 (xyz) putinterval s ", "(axyz)"},
     Case{"/s (abcdef) def s 1 (xy) putinterval s ", "(axydef)"},
@@ -83,6 +84,7 @@ INSTANTIATE_TEST_SUITE_P(Anchorsearch, StringOperators, ::testing::Values(
     Case{"(a\\000b) (a\\000c) anchorsearch ", "(a) false"},
     // The string object's own body is shortened.
     Case{"/s (abc) def s (ab) anchorsearch s ", "(c) (ab) true (c)"},
+    Case{"(abc) dup (ab) anchorsearch ", "(c) (c) (ab) true"},
     Case{"(abc) 1 anchorsearch ", "ERROR: Expected ps_string at popStringObject"},
     Case{"1 (a) anchorsearch ", "ERROR: Expected ps_string at popStringObject"}));
 // clang-format on
