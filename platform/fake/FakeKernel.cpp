@@ -133,36 +133,50 @@ FakeObjectSecurity describe(const SecurityAttributes* attributes) {
 }
 } // namespace
 
+std::shared_ptr<Object> FakePlatform::openNamed(int kind, const std::u16string& name) {
+    auto object = findObject(name);
+    if (!object || static_cast<int>(object->kind) != kind) {
+        lastError_ = object ? error::invalidHandle : error::fileNotFound;
+        return nullptr;
+    }
+    return object;
+}
+
+// Creating a name that exists opens it, as the kernel does, unless it is of another kind.
+std::shared_ptr<Object> FakePlatform::createNamed(int kind, const std::u16string& name,
+                                                  const SecurityAttributes* attributes,
+                                                  bool& fresh) {
+    auto object = findObject(name);
+    fresh = !object;
+    if (object) {
+        lastError_ =
+            static_cast<int>(object->kind) == kind ? error::alreadyExists : error::invalidHandle;
+        return static_cast<int>(object->kind) == kind ? object : nullptr;
+    }
+    object =
+        std::make_shared<Object>(Object{static_cast<Object::Kind>(kind), {}, false, false, 0, {}});
+    nameObject(name, object);
+    security_[name] = describe(attributes);
+    lastError_ = error::success;
+    return object;
+}
+
 std::unique_ptr<FileMapping> FakePlatform::openFileMapping(std::uint32_t,
                                                            const std::u16string& name) {
     openedMappingNames.push_back(name);
     if (failing(Call::OpenFileMapping)) return nullptr;
-    auto object = findObject(name);
-    if (!object || object->kind != Object::Kind::Mapping) {
-        lastError_ = object ? error::invalidHandle : error::fileNotFound;
-        return nullptr;
-    }
-    return std::make_unique<FakeMappingHandle>(*this, object);
+    auto object = openNamed(static_cast<int>(Object::Kind::Mapping), name);
+    return object ? std::make_unique<FakeMappingHandle>(*this, object) : nullptr;
 }
 
 std::unique_ptr<FileMapping> FakePlatform::createFileMapping(const SecurityAttributes* attributes,
                                                              std::size_t size,
                                                              const std::u16string& name) {
     if (failing(Call::CreateFileMapping)) return nullptr;
-    auto object = findObject(name);
-    if (object) {
-        if (object->kind != Object::Kind::Mapping) {
-            lastError_ = error::invalidHandle;
-            return nullptr;
-        }
-        lastError_ = error::alreadyExists;
-    } else {
-        object = std::make_shared<Object>(Object{Object::Kind::Mapping, {}, false, false, 0, {}});
-        object->memory.assign(size, 0);
-        nameObject(name, object);
-        security_[name] = describe(attributes);
-        lastError_ = error::success;
-    }
+    bool fresh = false;
+    auto object = createNamed(static_cast<int>(Object::Kind::Mapping), name, attributes, fresh);
+    if (!object) return nullptr;
+    if (fresh) object->memory.assign(size, 0);
     return std::make_unique<FakeMappingHandle>(*this, object);
 }
 
@@ -170,19 +184,12 @@ std::unique_ptr<Event> FakePlatform::createEvent(const SecurityAttributes* attri
                                                  bool manualReset, bool initialState,
                                                  const std::u16string& name) {
     if (failing(Call::CreateEvent)) return nullptr;
-    auto object = findObject(name);
-    if (object) {
-        if (object->kind != Object::Kind::Event) {
-            lastError_ = error::invalidHandle;
-            return nullptr;
-        }
-        lastError_ = error::alreadyExists;
-    } else {
-        object = std::make_shared<Object>(
-            Object{Object::Kind::Event, {}, initialState, manualReset, 0, {}});
-        nameObject(name, object);
-        security_[name] = describe(attributes);
-        lastError_ = error::success;
+    bool fresh = false;
+    auto object = createNamed(static_cast<int>(Object::Kind::Event), name, attributes, fresh);
+    if (!object) return nullptr;
+    if (fresh) {
+        object->signalled = initialState;
+        object->manualReset = manualReset;
     }
     return std::make_unique<FakeEventHandle>(*this, object);
 }
@@ -190,45 +197,26 @@ std::unique_ptr<Event> FakePlatform::createEvent(const SecurityAttributes* attri
 std::unique_ptr<Event> FakePlatform::openEvent(std::uint32_t, const std::u16string& name) {
     openedEventNames.push_back(name);
     if (failing(Call::OpenEvent)) return nullptr;
-    auto object = findObject(name);
-    if (!object || object->kind != Object::Kind::Event) {
-        lastError_ = object ? error::invalidHandle : error::fileNotFound;
-        return nullptr;
-    }
-    return std::make_unique<FakeEventHandle>(*this, object);
+    auto object = openNamed(static_cast<int>(Object::Kind::Event), name);
+    return object ? std::make_unique<FakeEventHandle>(*this, object) : nullptr;
 }
 
 std::unique_ptr<Mutex> FakePlatform::createMutex(const SecurityAttributes* attributes,
                                                  bool initialOwner, const std::u16string& name) {
     if (failing(Call::CreateMutex)) return nullptr;
-    auto object = findObject(name);
-    bool fresh = !object;
-    if (object) {
-        if (object->kind != Object::Kind::Mutex) {
-            lastError_ = error::invalidHandle;
-            return nullptr;
-        }
-        lastError_ = error::alreadyExists;
-    } else {
-        object = std::make_shared<Object>(Object{Object::Kind::Mutex, {}, false, false, 0, {}});
-        nameObject(name, object);
-        security_[name] = describe(attributes);
-        lastError_ = error::success;
-    }
+    bool fresh = false;
+    auto object = createNamed(static_cast<int>(Object::Kind::Mutex), name, attributes, fresh);
+    if (!object) return nullptr;
     auto handle = std::make_unique<FakeMutexHandle>(*this, object);
-    if (initialOwner && fresh) handle->own();
+    if (initialOwner && fresh) handle->own(); // an existing mutex is opened, not taken
     return handle;
 }
 
 std::unique_ptr<Mutex> FakePlatform::openMutex(std::uint32_t, const std::u16string& name) {
     openedMutexNames.push_back(name);
     if (failing(Call::OpenMutex)) return nullptr;
-    auto object = findObject(name);
-    if (!object || object->kind != Object::Kind::Mutex) {
-        lastError_ = object ? error::invalidHandle : error::fileNotFound;
-        return nullptr;
-    }
-    return std::make_unique<FakeMutexHandle>(*this, object);
+    auto object = openNamed(static_cast<int>(Object::Kind::Mutex), name);
+    return object ? std::make_unique<FakeMutexHandle>(*this, object) : nullptr;
 }
 
 } // namespace platform

@@ -249,6 +249,10 @@ private:
 
     RegistryNode& node(RegistryRoot root, const std::u16string& path);
     std::shared_ptr<NamedObject> findObject(const std::u16string& name) const;
+    // kind is a NamedObject::Kind; both set lastError() as the kernel would.
+    std::shared_ptr<NamedObject> openNamed(int kind, const std::u16string& name);
+    std::shared_ptr<NamedObject> createNamed(int kind, const std::u16string& name,
+                                             const SecurityAttributes* attributes, bool& fresh);
     void nameObject(const std::u16string& name, const std::shared_ptr<NamedObject>& object);
     std::optional<std::string> profileText(const std::u16string& file);
 

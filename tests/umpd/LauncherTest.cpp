@@ -150,6 +150,17 @@ TEST_F(Comms, AnswerEndsTheSendAndTimeoutFailsIt) {
     EXPECT_EQ(fake.foreverWaits, 1);
 }
 
+TEST_F(Comms, OnlyAnUnstoppedObjectWakesItsListenerWhenItGoes) {
+    FakeLauncher launcher(fake, base);
+    { LauncherComms stopped(u"kelsend", platform::infinite); }
+    EXPECT_TRUE(launcher.messages.empty());
+    {
+        LauncherComms listening(u"kelsend", platform::infinite);
+        listening.stopped = false;
+    }
+    EXPECT_EQ(launcher.messages.size(), 1u);
+}
+
 class Messages : public FakeOsTest {
 protected:
     FakeLauncher launcher{fake, u"Local\\kelsend_anna"};
