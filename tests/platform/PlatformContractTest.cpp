@@ -21,6 +21,7 @@ namespace {
 struct FakeSystem {
     FakePlatform fake;
     Platform& os() { return fake; }
+    void expectExitCode(std::uint32_t code) { fake.processExitCode = code; }
     bool addPrinter(const std::u16string& name, const std::u16string& port) {
         fake.addPrinter(name, testing_support::productDriver, port);
         return true;
@@ -30,6 +31,7 @@ struct FakeSystem {
 #ifdef _WIN32
 struct Win32System {
     Platform& os() { return systemPlatform(); }
+    void expectExitCode(std::uint32_t) {} // the program itself says it
     bool addPrinter(const std::u16string& name, const std::u16string& port) {
         return testing_support::addSystemPrinter(name, testing_support::productDriver, port);
     }
@@ -328,6 +330,24 @@ TYPED_TEST(PlatformContract, PrintersAreListedOpenedAndWritten) {
     EXPECT_EQ(info.driverName, testing_support::productDriver);
     JobInfo2 job;
     EXPECT_FALSE(printer->getJob(987654, job));
+}
+
+TYPED_TEST(PlatformContract, ProcessIsWaitedForAndGivesItsExitCode) {
+    this->impl.expectExitCode(3);
+    ProcessStart start;
+    start.commandLine = u"cmd.exe /c exit 3";
+    start.creationFlags = detachedProcess | normalPriorityClass;
+    start.showWindow = swHide;
+    auto process = this->os().processes().createProcess(start);
+    ASSERT_NE(process, nullptr);
+    ASSERT_TRUE(process->wait(infinite));
+    EXPECT_EQ(process->exitCode(), 3u);
+}
+
+TYPED_TEST(PlatformContract, TimeZoneBiasIsWithinADay) {
+    auto bias = this->os().system().timeZoneBias();
+    EXPECT_LE(bias, 12 * 60);
+    EXPECT_GE(bias, -14 * 60);
 }
 
 } // namespace

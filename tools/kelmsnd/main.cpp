@@ -26,6 +26,10 @@ int main(int argc, char** argv) {
     std::u16string base = plainLauncherBase(launcherBaseWord);
     std::u16string logPath, readyPath;
     long count = -1;
+    if (argc % 2 == 0) {
+        std::fprintf(stderr, "kelmsnd: every option takes a value\n");
+        return 2;
+    }
     for (int i = 1; i + 1 < argc; i += 2) {
         std::string option = argv[i];
         std::u16string value = platform::fromUtf8(argv[i + 1]);
