@@ -1,7 +1,7 @@
 // kelmsnd: answers the driver's messages and logs each one.
-//   kelmsnd [--base NAME] [--log FILE] [--count N] [--ready FILE]
+//   kelmsnd [--base NAME] [--log FILE] [--count N]
 // NAME defaults to the plain name of this user's launcher. It stops after N messages,
-// or at the stop message (an empty command). --ready writes a file once it listens.
+// or at the stop message (an empty command). The alive mutex shows that it listens.
 
 #include "LauncherPeer.h"
 
@@ -24,7 +24,7 @@ bool writeWhole(const std::u16string& path, const std::string& text) {
 
 int main(int argc, char** argv) {
     std::u16string base = plainLauncherBase(launcherBaseWord);
-    std::u16string logPath, readyPath;
+    std::u16string logPath;
     long count = -1;
     if (argc % 2 == 0) {
         std::fprintf(stderr, "kelmsnd: every option takes a value\n");
@@ -37,8 +37,6 @@ int main(int argc, char** argv) {
             base = value;
         else if (option == "--log")
             logPath = value;
-        else if (option == "--ready")
-            readyPath = value;
         else if (option == "--count")
             count = std::strtol(argv[i + 1], nullptr, 10);
         else {
@@ -51,7 +49,6 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "kelmsnd: cannot create the launcher's objects\n");
         return 1;
     }
-    if (!readyPath.empty()) writeWhole(readyPath, "ready\n");
     std::string log;
     LauncherStruct message;
     for (long n = 0; count < 0 || n < count; ++n) {
