@@ -17,24 +17,39 @@ private:
 };
 } // namespace
 
-class FakeMappingHandle : public FileMapping {
+// What every handle of a named object holds.
+template <typename Interface> class FakeObjectHandle : public Interface {
 public:
-    FakeMappingHandle(FakePlatform& fake, std::shared_ptr<Object> object)
+    FakeObjectHandle(FakePlatform& fake, std::shared_ptr<Object> object)
         : fake_(fake), object_(std::move(object)) {}
-    std::unique_ptr<MappedView> mapView(std::uint32_t) override {
-        if (fake_.failing(Call::MapViewOfFile)) return nullptr;
-        return std::make_unique<FakeView>(object_);
-    }
 
-private:
+protected:
+    // A wait on an object that is not free: nobody else runs in the fake, so a wait
+    // without limit would never end; it is counted instead.
+    WaitResult waitInVain(std::uint32_t milliseconds) {
+        if (milliseconds == infinite) {
+            ++fake_.foreverWaits;
+            return WaitResult::Failed;
+        }
+        fake_.ticks += milliseconds;
+        return WaitResult::Timeout;
+    }
     FakePlatform& fake_;
     std::shared_ptr<Object> object_;
 };
 
-class FakeEventHandle : public Event {
+class FakeMappingHandle : public FakeObjectHandle<FileMapping> {
 public:
-    FakeEventHandle(FakePlatform& fake, std::shared_ptr<Object> object)
-        : fake_(fake), object_(std::move(object)) {}
+    using FakeObjectHandle::FakeObjectHandle;
+    std::unique_ptr<MappedView> mapView(std::uint32_t) override {
+        if (fake_.failing(Call::MapViewOfFile)) return nullptr;
+        return std::make_unique<FakeView>(object_);
+    }
+};
+
+class FakeEventHandle : public FakeObjectHandle<Event> {
+public:
+    using FakeObjectHandle::FakeObjectHandle;
     bool set() override {
         if (fake_.failing(Call::SetEvent)) return false;
         object_->signalled = true;
@@ -44,28 +59,15 @@ public:
     }
     WaitResult wait(std::uint32_t milliseconds) override {
         if (fake_.failing(Call::WaitForSingleObject)) return WaitResult::Failed;
-        if (object_->signalled) {
-            if (!object_->manualReset) object_->signalled = false;
-            return WaitResult::Signalled;
-        }
-        if (milliseconds == infinite) {
-            // Nobody else runs in the fake: this wait would never end.
-            ++fake_.foreverWaits;
-            return WaitResult::Failed;
-        }
-        fake_.ticks += milliseconds;
-        return WaitResult::Timeout;
+        if (!object_->signalled) return waitInVain(milliseconds);
+        if (!object_->manualReset) object_->signalled = false;
+        return WaitResult::Signalled;
     }
-
-private:
-    FakePlatform& fake_;
-    std::shared_ptr<Object> object_;
 };
 
-class FakeMutexHandle : public Mutex {
+class FakeMutexHandle : public FakeObjectHandle<Mutex> {
 public:
-    FakeMutexHandle(FakePlatform& fake, std::shared_ptr<Object> object)
-        : fake_(fake), object_(std::move(object)) {}
+    using FakeObjectHandle::FakeObjectHandle;
     ~FakeMutexHandle() override { object_->ownerCount -= held_; }
     bool release() override {
         if (held_ == 0) {
@@ -78,17 +80,9 @@ public:
     }
     WaitResult wait(std::uint32_t milliseconds) override {
         if (fake_.failing(Call::WaitForSingleObject)) return WaitResult::Failed;
-        if (object_->ownerCount == 0 || held_ > 0) {
-            ++held_;
-            ++object_->ownerCount;
-            return WaitResult::Signalled;
-        }
-        if (milliseconds == infinite) {
-            ++fake_.foreverWaits;
-            return WaitResult::Failed;
-        }
-        fake_.ticks += milliseconds;
-        return WaitResult::Timeout;
+        if (object_->ownerCount > 0 && held_ == 0) return waitInVain(milliseconds);
+        own();
+        return WaitResult::Signalled;
     }
     void own() {
         ++held_;
@@ -96,8 +90,6 @@ public:
     }
 
 private:
-    FakePlatform& fake_;
-    std::shared_ptr<Object> object_;
     int held_ = 0;
 };
 
