@@ -47,6 +47,8 @@ INSTANTIATE_TEST_SUITE_P(LoadAndStore, ArrayOperators, ::testing::Values(
     Case{"0 array astore ", "[]"},
     Case{"9 3 array astore ", "ERROR: pop - expected item on stack"},
     Case{"1 astore ", "ERROR: Expected ps_array at astore"},
+    // The array stored in its own element, replaced there while only that element holds it.
+    Case{"/a 1 array def a 0 a put a aload currentdict /a undef pop 5 exch astore ", "[5 ]"},
     Case{"{ 1 2 3 } length 0 array length ", "3 0"}));
 // clang-format on
 
