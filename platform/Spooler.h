@@ -69,6 +69,8 @@ public:
     // GetPrinterDriverDirectoryW of the local machine and environment, without a trailing "\".
     virtual std::optional<std::u16string> driverDirectory() = 0;
     virtual std::unique_ptr<SpoolssModule> loadSpoolss() = 0;
+    // A printer handle the caller owns (the job's own): used, never closed.
+    virtual std::unique_ptr<Printer> borrowPrinter(std::uintptr_t handle) = 0;
 };
 
 } // namespace platform

@@ -151,6 +151,10 @@ public:
     FakePrinter& addPrinter(const std::u16string& name, const std::u16string& driver,
                             const std::u16string& port);
     FakePrinter* printer(const std::u16string& name);
+    // A handle to the printer as a caller would pass it, with a job of that document
+    // started on it; the job's id is given back.
+    std::uintptr_t callerHandle(const std::u16string& name, const std::u16string& document,
+                                std::uint32_t& jobId);
 
     // Named objects: a hook runs when an event of that name is set.
     void onEventSet(const std::u16string& name, std::function<void()> hook);
@@ -190,6 +194,7 @@ private:
                                          const PrinterDefaults* defaults) override;
     std::optional<std::u16string> driverDirectory() override;
     std::unique_ptr<SpoolssModule> loadSpoolss() override;
+    std::unique_ptr<Printer> borrowPrinter(std::uintptr_t handle) override;
     // Kernel
     std::unique_ptr<FileMapping> openFileMapping(std::uint32_t access,
                                                  const std::u16string& name) override;
@@ -269,6 +274,7 @@ private:
 
     std::unique_ptr<RegistryNode> roots_[3];
     std::vector<std::pair<std::u16string, FakePrinter>> printers_;
+    std::map<std::uintptr_t, std::u16string> callerHandles_;
     std::map<std::u16string, std::weak_ptr<NamedObject>> objects_;
     std::map<std::u16string, FakeObjectSecurity> security_;
     std::map<std::u16string, std::function<void()>> eventHooks_;

@@ -116,6 +116,28 @@ std::unique_ptr<Printer> FakePlatform::openPrinter(const std::u16string& name,
     return std::make_unique<FakePrinterHandle>(*this, name);
 }
 
+std::uintptr_t FakePlatform::callerHandle(const std::u16string& name,
+                                          const std::u16string& document, std::uint32_t& jobId) {
+    auto* p = printer(name);
+    if (!p) return 0;
+    JobInfo2 job;
+    job.jobId = jobId = static_cast<std::uint32_t>(100 + p->jobs.size());
+    job.document = document;
+    job.printerName = name;
+    job.position = static_cast<std::uint32_t>(p->jobs.size() + 1);
+    p->jobs.push_back(job);
+    auto handle = static_cast<std::uintptr_t>(0x5000 + callerHandles_.size() * 8);
+    callerHandles_[handle] = name;
+    return handle;
+}
+
+std::unique_ptr<Printer> FakePlatform::borrowPrinter(std::uintptr_t handle) {
+    auto it = callerHandles_.find(handle);
+    // An unknown handle gives a printer whose every call fails, as the spooler's would.
+    return std::make_unique<FakePrinterHandle>(*this,
+                                               it == callerHandles_.end() ? u"" : it->second);
+}
+
 std::optional<std::u16string> FakePlatform::driverDirectory() {
     if (failing(Call::GetPrinterDriverDirectory)) return std::nullopt;
     return driverDir;

@@ -34,6 +34,7 @@ private:
                                          const PrinterDefaults* defaults) override;
     std::optional<std::u16string> driverDirectory() override;
     std::unique_ptr<SpoolssModule> loadSpoolss() override;
+    std::unique_ptr<Printer> borrowPrinter(std::uintptr_t handle) override;
 
     std::unique_ptr<FileMapping> openFileMapping(std::uint32_t access,
                                                  const std::u16string& name) override;

@@ -74,8 +74,10 @@ template <typename Fetch> bool fetch(std::vector<BYTE>& buffer, Fetch call) {
 
 class Win32Printer : public Printer {
 public:
-    explicit Win32Printer(HANDLE printer) : printer_(printer) {}
-    ~Win32Printer() override { ::ClosePrinter(printer_); }
+    Win32Printer(HANDLE printer, bool owned) : printer_(printer), owned_(owned) {}
+    ~Win32Printer() override {
+        if (owned_) ::ClosePrinter(printer_);
+    }
 
     bool getPrinter2(PrinterInfo2& out) override {
         std::vector<BYTE> buffer;
@@ -129,6 +131,7 @@ public:
 
 private:
     HANDLE printer_;
+    bool owned_;
 };
 
 using RevertFn = HANDLE(WINAPI*)();
@@ -189,7 +192,11 @@ std::unique_ptr<Printer> Win32Platform::openPrinter(const std::u16string& name,
     std::u16string copy = name;
     if (!::OpenPrinterW(const_cast<wchar_t*>(wide(copy)), &printer, defaults ? &d : nullptr))
         return nullptr;
-    return std::make_unique<Win32Printer>(printer);
+    return std::make_unique<Win32Printer>(printer, true);
+}
+
+std::unique_ptr<Printer> Win32Platform::borrowPrinter(std::uintptr_t handle) {
+    return std::make_unique<Win32Printer>(reinterpret_cast<HANDLE>(handle), false);
 }
 
 std::optional<std::u16string> Win32Platform::driverDirectory() {

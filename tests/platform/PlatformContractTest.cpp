@@ -22,6 +22,15 @@ struct FakeSystem {
     FakePlatform fake;
     Platform& os() { return fake; }
     void expectExitCode(std::uint32_t code) { fake.processExitCode = code; }
+    std::uintptr_t startJob(const std::u16string& printer, const std::u16string& document,
+                            const std::u16string&, std::uint32_t& jobId) {
+        return fake.callerHandle(printer, document, jobId);
+    }
+    bool endJob(std::uintptr_t) { return true; }
+    std::string printed(const std::u16string& printer, const std::u16string&) {
+        auto& bytes = fake.printer(printer)->written;
+        return std::string(bytes.begin(), bytes.end());
+    }
     bool addPrinter(const std::u16string& name, const std::u16string& port) {
         fake.addPrinter(name, testing_support::productDriver, port);
         return true;
@@ -32,6 +41,15 @@ struct FakeSystem {
 struct Win32System {
     Platform& os() { return systemPlatform(); }
     void expectExitCode(std::uint32_t) {} // the program itself says it
+    std::uintptr_t startJob(const std::u16string& printer, const std::u16string& document,
+                            const std::u16string& output, std::uint32_t& jobId) {
+        return testing_support::startSystemJob(printer, document, output, jobId);
+    }
+    bool endJob(std::uintptr_t printer) { return testing_support::endSystemJob(printer); }
+    std::string printed(const std::u16string&, const std::u16string& output) {
+        auto bytes = os().files().readFile(output);
+        return bytes ? std::string(bytes->begin(), bytes->end()) : "(no file)";
+    }
     bool addPrinter(const std::u16string& name, const std::u16string& port) {
         return testing_support::addSystemPrinter(name, testing_support::productDriver, port);
     }
@@ -348,6 +366,33 @@ TYPED_TEST(PlatformContract, TimeZoneBiasIsWithinADay) {
     auto bias = this->os().system().timeZoneBias();
     EXPECT_LE(bias, 12 * 60);
     EXPECT_GE(bias, -14 * 60);
+}
+
+TYPED_TEST(PlatformContract, CallersJobIsWrittenThroughABorrowedHandle) {
+    std::u16string name = u"KelContract printer";
+    ASSERT_TRUE(this->impl.addPrinter(name, u"FILE:"));
+    auto output = this->scratchDir() + u"\\job.prn";
+    std::uint32_t jobId = 0;
+    auto handle = this->impl.startJob(name, u"Contract doc", output, jobId);
+    ASSERT_NE(handle, 0u);
+    ASSERT_NE(jobId, 0u);
+    {
+        auto printer = this->os().spooler().borrowPrinter(handle);
+        std::uint32_t written = 0;
+        ASSERT_TRUE(printer->writePrinter("%!PS\n", 5, written));
+        EXPECT_EQ(written, 5u);
+        JobInfo2 job;
+        ASSERT_TRUE(printer->getJob(jobId, job));
+        EXPECT_EQ(job.jobId, jobId);
+        EXPECT_EQ(job.document, u"Contract doc");
+        PrinterInfo2 info;
+        ASSERT_TRUE(printer->getPrinter2(info));
+        EXPECT_EQ(info.printerName, name);
+    }
+    ASSERT_TRUE(this->impl.endJob(handle)); // the borrowed handle was left open
+    EXPECT_EQ(this->impl.printed(name, output), "%!PS\n");
+    JobInfo2 job;
+    EXPECT_FALSE(this->os().spooler().borrowPrinter(0)->getJob(jobId, job));
 }
 
 } // namespace

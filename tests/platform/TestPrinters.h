@@ -50,6 +50,27 @@ inline bool addSystemPrinter(const std::u16string& name, const std::u16string& d
     ClosePrinter(check);
     return true;
 }
+
+// A job started on the printer the way the spooler's caller has it: an open handle with a
+// document begun on it, printing to the given file.
+inline std::uintptr_t startSystemJob(const std::u16string& printer, const std::u16string& document,
+                                     const std::u16string& output, std::uint32_t& jobId) {
+    auto w = [](const std::u16string& s) {
+        return const_cast<wchar_t*>(reinterpret_cast<const wchar_t*>(s.c_str()));
+    };
+    HANDLE handle = nullptr;
+    if (!OpenPrinterW(w(printer), &handle, nullptr)) return 0;
+    std::u16string datatype = u"RAW";
+    DOC_INFO_1W doc{w(document), w(output), w(datatype)};
+    jobId = StartDocPrinterW(handle, 1, reinterpret_cast<BYTE*>(&doc));
+    return reinterpret_cast<std::uintptr_t>(handle);
+}
+
+inline bool endSystemJob(std::uintptr_t printer) {
+    auto handle = reinterpret_cast<HANDLE>(printer);
+    bool ended = EndDocPrinter(handle);
+    return ClosePrinter(handle) && ended;
+}
 #endif
 
 } // namespace testing_support
