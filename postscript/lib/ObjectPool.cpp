@@ -1,5 +1,7 @@
 #include "ObjectPool.h"
 
+#include "SpinLock.h"
+
 #include <cstdint>
 #include <mutex>
 #include <new>
@@ -39,7 +41,12 @@ char* newChunk() {
     return static_cast<char*>(chunks->back());
 }
 
+// One pool for the process, not one per thread: with a thread_local pool the
+// mingw-w64 build (emulated TLS) crashed in C++ exception unwinding under
+// Wine. Handles are used one thread at a time, so the lock is not contended;
+// it only keeps misuse from corrupting the lists.
 struct Pools {
+    SpinLock busy;
     FreeNode* free[classCount] = {};
     char* cursor = nullptr;
     char* limit = nullptr;
@@ -56,9 +63,11 @@ struct Pools {
 };
 
 Pools& pools() {
-    thread_local Pools p;
+    static Pools p;
     return p;
 }
+
+using Locked = SpinLock::Guard;
 
 } // namespace
 
@@ -66,6 +75,7 @@ void* allocate(std::size_t size) {
     std::size_t cls = (size + granule - 1) / granule;
     if (cls == 0 || cls > classCount) return ::operator new(size);
     Pools& p = pools();
+    Locked lock(p.busy);
     FreeNode*& head = p.free[cls - 1];
     if (head) {
         FreeNode* n = head;
@@ -82,7 +92,9 @@ void deallocate(void* ptr, std::size_t size) noexcept {
         ::operator delete(ptr);
         return;
     }
-    FreeNode*& head = pools().free[cls - 1];
+    Pools& p = pools();
+    Locked lock(p.busy);
+    FreeNode*& head = p.free[cls - 1];
     FreeNode* n = static_cast<FreeNode*>(ptr);
     n->next = head;
     head = n;

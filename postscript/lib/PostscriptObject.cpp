@@ -3,6 +3,7 @@
 #include "ArrayObject.h"
 #include "Interpreter.h"
 #include "PostscriptException.h"
+#include "SpinLock.h"
 
 #include <vector>
 
@@ -20,6 +21,7 @@ const char* const typeAnswers[] = {
 constexpr uint32_t tagCount = sizeof typeNames / sizeof typeNames[0];
 
 struct Destroyer {
+    SpinLock lock;
     bool draining = false;
     std::vector<PostscriptObject*> pending;
 };
@@ -34,24 +36,39 @@ const char* typeAnswerName(uint32_t tag) {
 }
 
 void destroyObject(PostscriptObject* object) noexcept {
-    thread_local Destroyer destroyer;
-    if (destroyer.draining) {
-        // Called from a destructor further up: queue, the outer call deletes.
-        try {
-            destroyer.pending.push_back(object);
-        } catch (...) {
-            delete object; // no room to queue: fall back to recursion
+    // Process-wide like the pool (no thread_local, see ObjectPool.cpp). A
+    // call made while another is draining only queues its object.
+    static Destroyer destroyer;
+    bool queued = false, outermost = false;
+    {
+        SpinLock::Guard guard(destroyer.lock);
+        if (!destroyer.draining) {
+            destroyer.draining = outermost = true;
+        } else {
+            try {
+                destroyer.pending.push_back(object);
+                queued = true;
+            } catch (...) {
+                // No room to queue: delete it right here, recursively.
+            }
         }
-        return;
     }
-    destroyer.draining = true;
+    if (queued) return;
     delete object;
-    while (!destroyer.pending.empty()) {
-        PostscriptObject* next = destroyer.pending.back();
-        destroyer.pending.pop_back();
+    if (!outermost) return;
+    for (;;) {
+        PostscriptObject* next;
+        {
+            SpinLock::Guard guard(destroyer.lock);
+            if (destroyer.pending.empty()) {
+                destroyer.draining = false;
+                return;
+            }
+            next = destroyer.pending.back();
+            destroyer.pending.pop_back();
+        }
         delete next;
     }
-    destroyer.draining = false;
 }
 
 void PostscriptObject::execute(Interpreter& interpreter) {
@@ -89,8 +106,8 @@ void disarmProcedure(PostscriptObject* object) {
     array->execIndex = 0;
 }
 
-int& NestingGuard::depth() {
-    thread_local int current = 0;
+std::atomic<int>& NestingGuard::depth() {
+    static std::atomic<int> current{0};
     return current;
 }
 

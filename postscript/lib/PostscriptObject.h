@@ -2,6 +2,7 @@
 
 #include "ObjectPool.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -123,5 +124,5 @@ public:
     static constexpr int limit = 1000;
 
 private:
-    static int& depth();
+    static std::atomic<int>& depth();
 };
