@@ -1,9 +1,9 @@
 #include "ArrayOperators.h"
 
 #include "ArrayObject.h"
-#include "HeldOperand.h"
 #include "Interpreter.h"
 #include "IntervalOperators.h"
+#include "Operands.h"
 #include "OperatorRegistry.h"
 #include "PostscriptException.h"
 #include "PutOperator.h"
@@ -28,11 +28,11 @@ void RightCurlyBraceOperator::execute(Interpreter& interpreter) {
 
 void ArrayOperator::execute(Interpreter& interpreter) {
     int32_t count = popOperand<IntegerObject>(interpreter, ps_integer, "array")->value;
-    Held<ArrayObject> array(interpreter.makeArray());
+    Popped<ArrayObject> array(interpreter.makeArray());
     ObjectStack& items = array->items();
     if (count > 0) items.items.reserve(static_cast<std::size_t>(count));
     for (int32_t i = 0; i < count; ++i) {
-        Held<> null(new NullObject);
+        Popped<> null(new NullObject);
         items.push(null.get());
     }
     interpreter.operandStack->push(array.get());
@@ -47,7 +47,7 @@ void PackedarrayOperator::execute(Interpreter& interpreter) {
         operands.clear();
         PS_THROW("pop - expected item on stack");
     }
-    Held<ArrayObject> array(interpreter.makeArray());
+    Popped<ArrayObject> array(interpreter.makeArray());
     ObjectStack& items = array->items();
     items.items.reserve(n);
     // The topmost operand becomes the last element.
@@ -67,7 +67,7 @@ void CurrentpackingOperator::execute(Interpreter& interpreter) {
 }
 
 void AloadOperator::execute(Interpreter& interpreter) {
-    Held<ArrayObject> array = popOperand<ArrayObject>(interpreter, ps_array, "aload");
+    Popped<ArrayObject> array = popOperand<ArrayObject>(interpreter, ps_array, "aload");
     const ObjectStack& items = array->items();
     for (std::size_t i = 0; i < items.size(); ++i)
         interpreter.operandStack->push(items.items[i]);
@@ -75,10 +75,10 @@ void AloadOperator::execute(Interpreter& interpreter) {
 }
 
 void AstoreOperator::execute(Interpreter& interpreter) {
-    Held<ArrayObject> array = popOperand<ArrayObject>(interpreter, ps_array, "astore");
+    Popped<ArrayObject> array = popOperand<ArrayObject>(interpreter, ps_array, "astore");
     ObjectStack& items = array->items();
     for (std::size_t i = items.size(); i-- > 0;) {
-        Held<> value = popOperand(interpreter);
+        Popped<> value = popOperand(interpreter);
         items.setAt(i, value.get());
     }
     interpreter.operandStack->push(array.get());

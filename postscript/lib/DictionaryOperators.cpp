@@ -1,8 +1,8 @@
 #include "DictionaryOperators.h"
 
 #include "DictionarySet.h"
-#include "HeldOperand.h"
 #include "Interpreter.h"
+#include "Operands.h"
 #include "OperatorRegistry.h"
 #include "PostscriptException.h"
 #include "ValueObjects.h"
@@ -23,14 +23,14 @@ void DictOperator::execute(Interpreter& interpreter) {
 }
 
 void MaxlengthOperator::execute(Interpreter& interpreter) {
-    Held<DictionaryObject> dictionary =
+    Popped<DictionaryObject> dictionary =
         popOperand<DictionaryObject>(interpreter, ps_dictionary, "maxlength");
     auto entries = static_cast<int32_t>(dictionary->dictionaryData()->size());
     interpreter.operandStack->push(new IntegerObject(entries + 10));
 }
 
 void BeginOperator::execute(Interpreter& interpreter) {
-    Held<> dictionary = popOperand(interpreter);
+    Popped<> dictionary = popOperand(interpreter);
     if (dictionary->type != ps_dictionary) PS_THROW("expecting dictionary on op stack");
     interpreter.dictionaries->push(dictionary.get());
 }
@@ -40,22 +40,22 @@ void EndOperator::execute(Interpreter& interpreter) {
 }
 
 void DefOperator::execute(Interpreter& interpreter) {
-    Held<> value = popOperand(interpreter);
-    Held<> key = popOperand(interpreter);
+    Popped<> value = popOperand(interpreter);
+    Popped<> key = popOperand(interpreter);
     topDictionary(interpreter, "def - expected dictionary on dictionary stack")
         ->putObject(key.get(), value.get());
 }
 
 void LoadOperator::execute(Interpreter& interpreter) {
-    Held<> key = popOperand(interpreter);
+    Popped<> key = popOperand(interpreter);
     PostscriptObject* value = interpreter.dictionaries->lookup(key.get());
     if (!value) PS_THROW("Undefined name passed to load operator");
     interpreter.operandStack->push(value);
 }
 
 void StoreOperator::execute(Interpreter& interpreter) {
-    Held<> value = popOperand(interpreter);
-    Held<> key = popOperand(interpreter);
+    Popped<> value = popOperand(interpreter);
+    Popped<> key = popOperand(interpreter);
     DictionaryObject* holder = interpreter.dictionaries->findDictionaryWith(key.get());
     DictionaryData* target =
         holder ? holder->dictionaryData()
@@ -64,22 +64,22 @@ void StoreOperator::execute(Interpreter& interpreter) {
 }
 
 void UndefOperator::execute(Interpreter& interpreter) {
-    Held<> key = popOperand(interpreter);
-    Held<> dictionary = popOperand(interpreter);
+    Popped<> key = popOperand(interpreter);
+    Popped<> dictionary = popOperand(interpreter);
     if (dictionary->type != ps_dictionary) return;
     static_cast<DictionaryObject*>(dictionary.get())->dictionaryData()->remove(keyText(key.get()));
 }
 
 void WhereOperator::execute(Interpreter& interpreter) {
-    Held<> key = popOperand(interpreter);
+    Popped<> key = popOperand(interpreter);
     DictionaryObject* holder = interpreter.dictionaries->findDictionaryWith(key.get());
     if (holder) interpreter.operandStack->push(holder);
     interpreter.operandStack->push(new BooleanObject(holder != nullptr));
 }
 
 void KnownOperator::execute(Interpreter& interpreter) {
-    Held<> key = popOperand(interpreter);
-    Held<DictionaryObject> dictionary =
+    Popped<> key = popOperand(interpreter);
+    Popped<DictionaryObject> dictionary =
         popOperand<DictionaryObject>(interpreter, ps_dictionary, "known");
     bool found = dictionary->dictionaryData()->findKey(key.get()) != nullptr;
     interpreter.operandStack->push(new BooleanObject(found));

@@ -35,7 +35,8 @@ DictionarySet::~DictionarySet() {
     // systemdict holds the four dictionaries, itself among them: break the loop
     // first. Our own counts keep the bodies alive meanwhile, also when a
     // program has popped them all off the stack.
-    for (const char* name : dictionaryNames) systemData->remove(name);
+    for (const char* name : dictionaryNames)
+        systemData->remove(name);
     dictionaryStack.reset();
     for (DictionaryObject* held : {systemDict, globalDict, userDict, errorDict, fontDirectory})
         releaseReference(held);

@@ -1,8 +1,8 @@
 #include "IntervalOperators.h"
 
 #include "ArrayObject.h"
-#include "HeldOperand.h"
 #include "Interpreter.h"
+#include "Operands.h"
 #include "PostscriptException.h"
 #include "StringObject.h"
 #include "ValueObjects.h"
@@ -70,7 +70,7 @@ void storeInterval(StringObject& target, int32_t index, const StringObject& sour
 void GetintervalOperator::execute(Interpreter& interpreter) {
     int32_t count = popIndex(interpreter);
     int32_t index = popIndex(interpreter);
-    Held<> source = popOperand(interpreter);
+    Popped<> source = popOperand(interpreter);
     if (source->type == ps_array)
         copyInterval(interpreter, *static_cast<ArrayObject*>(source.get()), index, count);
     else if (source->type == ps_string)
@@ -80,9 +80,9 @@ void GetintervalOperator::execute(Interpreter& interpreter) {
 }
 
 void PutintervalOperator::execute(Interpreter& interpreter) {
-    Held<> source = popOperand(interpreter);
+    Popped<> source = popOperand(interpreter);
     int32_t index = popIndex(interpreter);
-    Held<> target = popOperand(interpreter);
+    Popped<> target = popOperand(interpreter);
     if (source->type == ps_array) {
         if (target->type != ps_array) PS_THROW("putinterval- only expecting array ");
         storeInterval(*static_cast<ArrayObject*>(target.get()), index,

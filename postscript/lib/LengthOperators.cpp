@@ -2,14 +2,14 @@
 
 #include "ArrayObject.h"
 #include "DictionaryObject.h"
-#include "HeldOperand.h"
 #include "Interpreter.h"
+#include "Operands.h"
 #include "PostscriptException.h"
 #include "StringObject.h"
 #include "ValueObjects.h"
 
 void LengthOperator::execute(Interpreter& interpreter) {
-    Held<> object = popOperand(interpreter);
+    Popped<> object = popOperand(interpreter);
     std::size_t length = 0;
     switch (object->type) {
     case ps_string:

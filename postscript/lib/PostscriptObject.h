@@ -84,15 +84,17 @@ void armProcedure(PostscriptObject* object);
 void disarmProcedure(PostscriptObject* object);
 bool isProcedure(const PostscriptObject* object);
 
-// Holds a popped operand for the length of an operator and releases it on the
-// way out, also when the operator throws.
+// Holds a popped operand for the length of an operator. It keeps a count of
+// its own, so the operand survives when the operator drops its last other
+// holder (an array stored in its own element, an operator undefining itself),
+// and releases it on the way out, also when the operator throws.
 template <class T = PostscriptObject> class Popped {
 public:
-    explicit Popped(T* object = nullptr) : object_(object) {}
+    explicit Popped(T* object = nullptr) : object_(object) { addReference(object_); }
     Popped(Popped&& other) noexcept : object_(other.object_) { other.object_ = nullptr; }
     Popped& operator=(Popped&& other) noexcept {
         if (this != &other) {
-            releaseIfUnreferenced(object_);
+            releaseReference(object_);
             object_ = other.object_;
             other.object_ = nullptr;
         }
@@ -100,7 +102,7 @@ public:
     }
     Popped(const Popped&) = delete;
     Popped& operator=(const Popped&) = delete;
-    ~Popped() { releaseIfUnreferenced(object_); }
+    ~Popped() { releaseReference(object_); }
 
     T* get() const { return object_; }
     T* operator->() const { return object_; }

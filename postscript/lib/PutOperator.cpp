@@ -2,8 +2,8 @@
 
 #include "ArrayObject.h"
 #include "DictionaryObject.h"
-#include "HeldOperand.h"
 #include "Interpreter.h"
+#include "Operands.h"
 #include "PostscriptException.h"
 #include "StringObject.h"
 #include "ValueObjects.h"
@@ -15,8 +15,8 @@ int32_t integerValue(const PostscriptObject* object) {
 } // namespace
 
 void GetOperator::execute(Interpreter& interpreter) {
-    Held<> index = popOperand(interpreter);
-    Held<> composite = popOperand(interpreter);
+    Popped<> index = popOperand(interpreter);
+    Popped<> composite = popOperand(interpreter);
     PostscriptObject* found = nullptr;
     switch (composite->type) {
     case ps_dictionary:
@@ -54,9 +54,9 @@ void GetOperator::execute(Interpreter& interpreter) {
 }
 
 void PutOperator::execute(Interpreter& interpreter) {
-    Held<> value = popOperand(interpreter);
-    Held<> index = popOperand(interpreter);
-    Held<> composite = popOperand(interpreter);
+    Popped<> value = popOperand(interpreter);
+    Popped<> index = popOperand(interpreter);
+    Popped<> composite = popOperand(interpreter);
     switch (composite->type) {
     case ps_dictionary:
         if (index->type != ps_name) break;

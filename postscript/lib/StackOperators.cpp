@@ -12,20 +12,6 @@
 
 namespace {
 
-// A count of its own on a popped operand for the length of a copy: emptying
-// the destination may drop the last other holder of either operand.
-class KeptWhileCopying {
-public:
-    explicit KeptWhileCopying(PostscriptObject* object) : object_(object) { addReference(object_); }
-    // Back to the popped count; the operand's own guard releases it.
-    ~KeptWhileCopying() { --object_->refCount; }
-    KeptWhileCopying(const KeptWhileCopying&) = delete;
-    KeptWhileCopying& operator=(const KeptWhileCopying&) = delete;
-
-private:
-    PostscriptObject* object_;
-};
-
 // Position of the topmost mark, counted from the bottom.
 std::optional<std::size_t> topmostMark(const ObjectStack& stack) {
     for (std::size_t i = stack.size(); i-- > 0;)
@@ -95,8 +81,6 @@ void CopyOperator::execute(Interpreter& interpreter) {
     Popped<> source(operands.pop());
     if (source->type != destination->type)
         PS_THROW("expected parms to be the same for copy operator");
-    KeptWhileCopying keepDestination(destination.get());
-    KeptWhileCopying keepSource(source.get());
     VirtualMemoryObject* memory = interpreter.memory->currentMemory;
     if (destination->type == ps_dictionary)
         copyDictionary(*static_cast<DictionaryObject*>(destination.get())->dictionaryData(),

@@ -1,8 +1,8 @@
 #include "StringOperators.h"
 
-#include "HeldOperand.h"
 #include "Interpreter.h"
 #include "LengthOperators.h"
+#include "Operands.h"
 #include "OperatorRegistry.h"
 #include "PostscriptException.h"
 #include "StringObject.h"
@@ -11,14 +11,15 @@
 void StringOperator::execute(Interpreter& interpreter) {
     int32_t length = popOperand<IntegerObject>(interpreter, ps_integer, "length of string")->value;
     if (length < 0) PS_THROW("Illegal length passed to string");
-    Held<StringObject> string(interpreter.makeString(std::string_view()));
+    Popped<StringObject> string(interpreter.makeString(std::string_view()));
     string->text().assign(static_cast<std::size_t>(length), '\0');
     interpreter.operandStack->push(string.get());
 }
 
 void AnchorsearchOperator::execute(Interpreter& interpreter) {
-    Held<StringObject> seek = popOperand<StringObject>(interpreter, ps_string, "popStringObject");
-    Held<StringObject> string = popOperand<StringObject>(interpreter, ps_string, "popStringObject");
+    Popped<StringObject> seek = popOperand<StringObject>(interpreter, ps_string, "popStringObject");
+    Popped<StringObject> string =
+        popOperand<StringObject>(interpreter, ps_string, "popStringObject");
     std::string& text = string->text();
     const std::size_t length = seek->text().size(); // seek may share the body
     bool match = length <= text.size() && text.compare(0, length, seek->text()) == 0;

@@ -3,7 +3,7 @@
 #include "EvalCase.h"
 
 #include "DictionarySet.h"
-#include "HeldOperand.h"
+#include "Operands.h"
 #include "ValueObjects.h"
 
 #include <gtest/gtest.h>
@@ -197,7 +197,7 @@ TEST(DictionaryOperators, DefineAndEndOnARefilledStack) {
     EmptiedSession s;
     Interpreter& in = s.interpreter();
     ASSERT_TRUE(s.emptied && s.run("/k 1 "));
-    Held<DictionaryObject> dictionary(in.makeDictionary());
+    Popped<DictionaryObject> dictionary(in.makeDictionary());
     in.dictionaries->push(dictionary.get());
     ASSERT_TRUE(s.runOperators({"def", "end"}));
     EXPECT_TRUE(in.dictionaries->dictionaryStack->empty());

@@ -158,3 +158,15 @@ TEST(RunLoopMemory, DroppedObjectsAreFreed) {
 }
 
 } // namespace
+
+namespace {
+
+// An operator that removes or replaces its own definition while it runs must
+// finish its work on a live object.
+TEST(RunLoopLifetime, OperatorMayRedefineItself) {
+    EXPECT_EQ(testing_support::eval("systemdict /undef undef undef "), "(undef)");
+    EXPECT_EQ(testing_support::eval("/store 1 store store "), "1");
+    EXPECT_EQ(testing_support::eval("systemdict /def 2 put def "), "2");
+}
+
+} // namespace
