@@ -107,7 +107,7 @@ void ForOperator::advance() {
 }
 
 void ForOperator::step(Interpreter& interpreter) {
-    const int64_t order = compareObjects(control, limit);
+    const int32_t order = compareObjects(control, limit);
     if (ascending ? order >= 0 : order <= 0) return;
     pushTurn(interpreter, this, proc);
     interpreter.operandStack->push(control->clone(interpreter.memory->currentMemory));

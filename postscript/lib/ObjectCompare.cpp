@@ -19,6 +19,11 @@ int threeWay(double a, double b) {
     return (a > b) - (a < b);
 }
 
+// The 32-bit difference, wrapping as the machine does: 2147483647 - -1 is negative.
+int32_t wrappingDifference(int32_t a, int32_t b) {
+    return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
+}
+
 // The text of a string or name up to its first NUL.
 std::string_view cTextOf(const PostscriptObject* o) {
     if (o->type == ps_string) return static_cast<const StringObject*>(o)->cText();
@@ -34,23 +39,25 @@ double objectToNumber(const PostscriptObject* object) {
     PS_THROW("Unsupported number type");
 }
 
-int64_t compareObjects(const PostscriptObject* a, const PostscriptObject* b) {
+int32_t compareObjects(const PostscriptObject* a, const PostscriptObject* b) {
     const uint32_t ta = a->type, tb = b->type;
     if (ta == ps_integer && tb == ps_integer)
-        return int64_t{static_cast<const IntegerObject*>(a)->value} -
-               static_cast<const IntegerObject*>(b)->value;
+        return wrappingDifference(static_cast<const IntegerObject*>(a)->value,
+                                  static_cast<const IntegerObject*>(b)->value);
     if (isNumber(a) && isNumber(b)) return threeWay(objectToNumber(a), objectToNumber(b));
     // Integer against boolean: the integer minus the boolean, whichever came first.
     if ((ta == ps_integer && tb == ps_boolean) || (ta == ps_boolean && tb == ps_integer)) {
         const auto* integer = static_cast<const IntegerObject*>(ta == ps_integer ? a : b);
         const auto* boolean = static_cast<const BooleanObject*>(ta == ps_boolean ? a : b);
-        return int64_t{integer->value} - (boolean->value ? 1 : 0);
+        return wrappingDifference(integer->value, boolean->value ? 1 : 0);
     }
     if (ta == ps_boolean && tb == ps_boolean)
         return int{static_cast<const BooleanObject*>(a)->value} -
                int{static_cast<const BooleanObject*>(b)->value};
-    if ((ta == ps_string && tb == ps_string) || (ta == ps_name && tb == ps_name))
-        return cTextOf(a).compare(cTextOf(b));
+    if ((ta == ps_string && tb == ps_string) || (ta == ps_name && tb == ps_name)) {
+        int order = cTextOf(a).compare(cTextOf(b));
+        return (order > 0) - (order < 0);
+    }
     PS_THROW("Unsupported type comparison");
 }
 

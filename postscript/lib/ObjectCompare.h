@@ -7,10 +7,10 @@
 // The value of an integer or real; anything else throws "Unsupported number type".
 double objectToNumber(const PostscriptObject* object);
 
-// Negative, zero or positive. Knows integers, reals, booleans (also against
-// integers), and strings or names among themselves; anything else throws
-// "Unsupported type comparison".
-int64_t compareObjects(const PostscriptObject* a, const PostscriptObject* b);
+// Negative, zero or positive. Knows integers (their difference, wrapping at
+// 32 bits), reals, booleans (also against integers), and strings or names
+// among themselves; anything else throws "Unsupported type comparison".
+int32_t compareObjects(const PostscriptObject* a, const PostscriptObject* b);
 
 // eq: null only equals null; dictionaries and arrays compare element-wise;
 // the rest by compareObjects.
