@@ -1,5 +1,7 @@
 #include "support/TestSupport.h"
 
+#include "EvalCase.h"
+
 #include "DictionarySet.h"
 #include "GeneratedOps.h"
 
@@ -11,14 +13,9 @@ using testing_support::Session;
 
 namespace {
 
-struct Case {
-    const char* program;
-    const char* result;
-};
+using eval_case::Case;
 
-void PrintTo(const Case& c, std::ostream* os) { *os << '"' << c.program << '"'; }
-
-class GeneratedStub : public ::testing::TestWithParam<Case> {};
+class GeneratedStub : public eval_case::EvalTable {};
 
 TEST_P(GeneratedStub, StackEffect) { EXPECT_EQ(eval(GetParam().program), GetParam().result); }
 
