@@ -10,17 +10,13 @@ constexpr std::uint32_t pollInterval = 876;
 constexpr std::uint32_t pollLimit = 60000;
 } // namespace
 
-bool DomainControllerLookup::ready() {
-    if (!tried_) {
-        tried_ = true;
-        shared_.map(isNt5OrLater() ? u"Local\\DomainControllerData" : u"DomainControllerData",
-                    sizeof(DomainControllerData));
-    }
-    return shared_.mapped();
+DomainControllerLookup::DomainControllerLookup() {
+    shared_.map(isNt5OrLater() ? u"Local\\DomainControllerData" : u"DomainControllerData",
+                sizeof(DomainControllerData));
 }
 
 std::u16string DomainControllerLookup::lookup() {
-    if (!ready()) return {};
+    if (!shared_.mapped()) return {};
     auto& system = platform::current().system();
     auto* data = reinterpret_cast<volatile DomainControllerData*>(shared_.view->data());
     auto* record = reinterpret_cast<DomainControllerData*>(shared_.view->data());
@@ -41,8 +37,9 @@ std::u16string DomainControllerLookup::lookup() {
             data->state = 0;
         }
     }
-    if (data->state == stateReady) result_ = fieldText(record->domainController);
-    return data->state == stateReady ? result_ : std::u16string();
+    if (data->state != stateReady) return {};
+    copyField(result_, fieldText(record->domainController));
+    return result_;
 }
 
 std::u16string lookupDomainController() {

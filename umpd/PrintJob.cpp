@@ -25,6 +25,24 @@ std::optional<std::vector<platform::JobInfo2>> PrintJob::getAllJobs(platform::Pr
     return jobs;
 }
 
+namespace {
+constexpr std::uint32_t jobStatusComplete = 0x1000;
+constexpr std::uint32_t jobControlCancel = 3;
+constexpr std::uint32_t jobControlDelete = 5;
+} // namespace
+
+void PrintJob::deleteCompletedJobs(platform::Printer& printer) {
+    std::uint32_t count = 0;
+    auto jobs = getAllJobs(printer, count);
+    if (!jobs) {
+        platform::current().reporter().debugOutput("PrintJob::getAllJobs FAILED");
+        return;
+    }
+    auto command = getPlatformId() == platformWindows ? jobControlCancel : jobControlDelete;
+    for (const auto& job : *jobs)
+        if (job.status & jobStatusComplete) printer.setJob(job.jobId, command);
+}
+
 void getCurrentPrintJobDocName(PrinterConfig& config, std::u16string& docName,
                                std::uint32_t& jobId) {
     trace(u">getCurrentPrintJobDocName %s printer %d\n", docName, config.printerHandle.get());

@@ -25,6 +25,9 @@ namespace PrintJob {
 // The printer's jobs in queue order, or nullopt when there are none or the spooler fails.
 std::optional<std::vector<platform::JobInfo2>> getAllJobs(platform::Printer& printer,
                                                           std::uint32_t& count);
+// Removes the printer's completed jobs: cancelled on platform id 1, deleted elsewhere.
+// Nothing in the library calls it.
+void deleteCompletedJobs(platform::Printer& printer);
 } // namespace PrintJob
 
 // The document name of the job last in the printer's queue, and its id when jobId is 0.

@@ -41,8 +41,8 @@ protected:
 class FakeMappingHandle : public FakeObjectHandle<FileMapping> {
 public:
     using FakeObjectHandle::FakeObjectHandle;
-    std::unique_ptr<MappedView> mapView(std::uint32_t) override {
-        if (fake_.failing(Call::MapViewOfFile)) return nullptr;
+    std::unique_ptr<MappedView> mapView(std::uint32_t access) override {
+        if (fake_.failing(Call::MapViewOfFile, access)) return nullptr;
         return std::make_unique<FakeView>(object_);
     }
 };
@@ -153,10 +153,10 @@ std::shared_ptr<Object> FakePlatform::createNamed(int kind, const std::u16string
     return object;
 }
 
-std::unique_ptr<FileMapping> FakePlatform::openFileMapping(std::uint32_t,
+std::unique_ptr<FileMapping> FakePlatform::openFileMapping(std::uint32_t access,
                                                            const std::u16string& name) {
     openedMappingNames.push_back(name);
-    if (failing(Call::OpenFileMapping)) return nullptr;
+    if (failing(Call::OpenFileMapping, access)) return nullptr;
     auto object = openNamed(static_cast<int>(Object::Kind::Mapping), name);
     return object ? std::make_unique<FakeMappingHandle>(*this, object) : nullptr;
 }
@@ -186,9 +186,9 @@ std::unique_ptr<Event> FakePlatform::createEvent(const SecurityAttributes* attri
     return std::make_unique<FakeEventHandle>(*this, object);
 }
 
-std::unique_ptr<Event> FakePlatform::openEvent(std::uint32_t, const std::u16string& name) {
+std::unique_ptr<Event> FakePlatform::openEvent(std::uint32_t access, const std::u16string& name) {
     openedEventNames.push_back(name);
-    if (failing(Call::OpenEvent)) return nullptr;
+    if (failing(Call::OpenEvent, access)) return nullptr;
     auto object = openNamed(static_cast<int>(Object::Kind::Event), name);
     return object ? std::make_unique<FakeEventHandle>(*this, object) : nullptr;
 }
@@ -204,9 +204,9 @@ std::unique_ptr<Mutex> FakePlatform::createMutex(const SecurityAttributes* attri
     return handle;
 }
 
-std::unique_ptr<Mutex> FakePlatform::openMutex(std::uint32_t, const std::u16string& name) {
+std::unique_ptr<Mutex> FakePlatform::openMutex(std::uint32_t access, const std::u16string& name) {
     openedMutexNames.push_back(name);
-    if (failing(Call::OpenMutex)) return nullptr;
+    if (failing(Call::OpenMutex, access)) return nullptr;
     auto object = openNamed(static_cast<int>(Object::Kind::Mutex), name);
     return object ? std::make_unique<FakeMutexHandle>(*this, object) : nullptr;
 }

@@ -83,6 +83,7 @@ struct FakePrinter {
     PrinterInfo2 info;
     std::vector<JobInfo2> jobs;
     std::vector<std::uint8_t> written;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> jobControls; // SetJobW's id and command
     std::optional<PrinterDefaults> lastDefaults;
 };
 
@@ -145,6 +146,9 @@ public:
     std::vector<std::u16string> openedMutexNames, openedEventNames, openedMappingNames;
     std::optional<FakeObjectSecurity> securityOf(const std::u16string& name) const;
     std::uintptr_t impersonatedWith = 0;
+    // The access masks asked of the calls that take one (opening named objects, mapping
+    // views, opening and creating keys), so that tests can hold them to the wire values.
+    std::map<Call, std::set<std::uint32_t>> accessAsked;
     int foreverWaits = 0; // waits without limit on an event nobody signals
 
     // Printers and jobs.
@@ -177,6 +181,11 @@ public:
 private:
     // Counts the call and applies a planned failure: true when it is to fail.
     bool failing(Call call);
+    // The same for a call that asks for access rights, which are recorded.
+    bool failing(Call call, std::uint32_t access) {
+        accessAsked[call].insert(access);
+        return failing(call);
+    }
     friend class FakeKey;
     friend class FakeMappingHandle;
     friend class FakeEventHandle;

@@ -63,10 +63,10 @@ public:
         return error::success;
     }
 
-    std::uint32_t createSubKey(const std::u16string& path, std::uint32_t,
+    std::uint32_t createSubKey(const std::u16string& path, std::uint32_t access,
                                std::unique_ptr<RegistryKey>& key,
                                std::uint32_t& disposition) override {
-        if (fake_.failing(Call::RegCreateKey)) return fake_.lastError_;
+        if (fake_.failing(Call::RegCreateKey, access)) return fake_.lastError_;
         auto* node = &node_;
         disposition = regOpenedExistingKey;
         for (const auto& part : splitPath(path)) {
@@ -81,9 +81,9 @@ public:
         return error::success;
     }
 
-    std::uint32_t openSubKey(const std::u16string& path, std::uint32_t,
+    std::uint32_t openSubKey(const std::u16string& path, std::uint32_t access,
                              std::unique_ptr<RegistryKey>& key) override {
-        if (fake_.failing(Call::RegOpenKey)) return fake_.lastError_;
+        if (fake_.failing(Call::RegOpenKey, access)) return fake_.lastError_;
         auto* node = &node_;
         for (const auto& part : splitPath(path)) {
             auto it = node->children.find(foldCase(part));
@@ -107,9 +107,10 @@ bool FakePlatform::hasOpenCurrentUser() {
     return hasRegOpenCurrentUser;
 }
 
-std::uint32_t FakePlatform::openCurrentUser(std::uint32_t, std::unique_ptr<RegistryKey>& key) {
+std::uint32_t FakePlatform::openCurrentUser(std::uint32_t access,
+                                            std::unique_ptr<RegistryKey>& key) {
     if (!hasRegOpenCurrentUser) return error::procNotFound;
-    if (failing(Call::RegOpenCurrentUser)) return lastError_;
+    if (failing(Call::RegOpenCurrentUser, access)) return lastError_;
     key = root(RegistryRoot::CurrentUser);
     return error::success;
 }

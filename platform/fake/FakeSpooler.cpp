@@ -46,6 +46,7 @@ public:
         if (fake_.failing(Call::SetJob)) return false;
         auto* p = printer();
         if (!p) return false;
+        p->jobControls.emplace_back(jobId, command);
         for (auto it = p->jobs.begin(); it != p->jobs.end(); ++it) {
             if (it->jobId != jobId) continue;
             if (command == 3 || command == 5) p->jobs.erase(it); // cancel, delete
@@ -149,7 +150,10 @@ public:
     explicit FakeSpoolss(FakePlatform& fake, std::function<bool(Call)> failing,
                          std::function<std::uintptr_t()> token)
         : fake_(fake), failing_(std::move(failing)), token_(std::move(token)) {}
-    bool hasRevertToPrinterSelf() override { return fake_.spoolssHasRevert; }
+    bool hasRevertToPrinterSelf() override {
+        if (!fake_.spoolssHasRevert) fake_.system().setLastError(error::procNotFound);
+        return fake_.spoolssHasRevert;
+    }
     std::uintptr_t revertToPrinterSelf() override {
         return failing_(Call::RevertToPrinterSelf) ? 0 : token_();
     }

@@ -97,6 +97,25 @@ TEST_F(DomainController, UnmappableRecordGivesEmptyForGood) {
     EXPECT_EQ(fake.callCount(Call::LoadNetApi), 0);
 }
 
+TEST_F(DomainController, RecordIsSetUpWithTheHolderNotAtFirstUse) {
+    DomainControllerLookup lookup; // the process's holder is a static: its set-up is thread-safe
+    EXPECT_EQ(fake.callCount(Call::OpenFileMapping), 1);
+    EXPECT_EQ(fake.callCount(Call::CreateFileMapping), 1);
+    auto security = fake.securityOf(u"Local\\DomainControllerData");
+    ASSERT_TRUE(security.has_value());
+    EXPECT_TRUE(security->nullDacl);
+    EXPECT_EQ(lookup.lookup(), u"\\\\DC1");
+    EXPECT_EQ(fake.callCount(Call::OpenFileMapping), 1);
+}
+
+TEST_F(DomainController, UnterminatedSharedNameIsCutToTheResultBuffer) {
+    shared().state = 'r';
+    for (auto& c : shared().domainController)
+        c = u'y'; // another process left no terminator
+    DomainControllerLookup lookup;
+    EXPECT_EQ(lookup.lookup(), std::u16string(259, u'y'));
+}
+
 TEST_F(DomainController, LongNameIsCutAndOldSystemsUseTheBareName) {
     setVersion(4, 2);
     fake.domainController = std::u16string(300, u'x');

@@ -3,6 +3,8 @@
 #include "umpd/LauncherProxy.h"
 #include "umpd/SystemServices.h"
 
+#include <set>
+
 using namespace testing_support;
 using platform::Call;
 
@@ -149,6 +151,65 @@ TEST_F(Comms, AnswerEndsTheSendAndTimeoutFailsIt) {
     EXPECT_TRUE(forever.sendMsg());
     EXPECT_EQ(fake.foreverWaits, 1);
 }
+
+TEST_F(Comms, FailedWaitCountsAsDelivered) {
+    FakeLauncher launcher(fake, base);
+    LauncherComms ipc(u"kelsend", platform::infinite);
+    ASSERT_TRUE(ipc.mapSharedMemory());
+    fake.fail(Call::WaitForSingleObject, 6, 1);
+    EXPECT_TRUE(ipc.sendMsg()); // only a time-out is a failure
+    EXPECT_TRUE(fake.boxes().empty());
+}
+
+// The conversation on each system: the names, the security of what the sender creates,
+// and the access rights it asks for.
+struct SystemRow {
+    const char* name;
+    std::uint32_t major, platformId;
+    const char16_t* base;
+    bool secured;      // created with security attributes
+    const char* label; // the integrity label they carry
+};
+
+class ConversationBySystem : public FakeOsTest, public ::testing::WithParamInterface<SystemRow> {};
+
+TEST_P(ConversationBySystem, NamesSecurityAndAccess) {
+    const auto& row = GetParam();
+    setVersion(row.major, row.platformId);
+    const std::u16string base = row.base;
+    {
+        LauncherComms alone(u"kelsend", platform::infinite);
+        ASSERT_TRUE(alone.mapSharedMemory());
+        auto record = fake.securityOf(base + u"_sm");
+        ASSERT_TRUE(record.has_value());
+        EXPECT_EQ(record->hadAttributes, row.secured);
+        EXPECT_EQ(record->nullDacl, row.secured);
+        EXPECT_EQ(record->label, row.label);
+    }
+    FakeLauncher launcher(fake, base);
+    LauncherComms ipc(u"kelsend", platform::infinite);
+    ASSERT_TRUE(sendStartPrint(ipc, u"P"));
+    ASSERT_EQ(launcher.messages.size(), 1u);
+    auto answer = fake.securityOf(base + u"_event_end");
+    ASSERT_TRUE(answer.has_value());
+    EXPECT_EQ(answer->hadAttributes, row.secured);
+    EXPECT_EQ(answer->length, row.secured ? 8u : 0u);
+    EXPECT_EQ(answer->label, row.label);
+    using Access = std::set<std::uint32_t>;
+    EXPECT_EQ(fake.accessAsked[Call::OpenFileMapping], Access{0xF001F});
+    EXPECT_EQ(fake.accessAsked[Call::MapViewOfFile], Access{6});
+    EXPECT_EQ(fake.accessAsked[Call::OpenMutex], Access{0x1F0003});
+    EXPECT_EQ(fake.accessAsked[Call::OpenEvent], Access{0x1F0003});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Systems, ConversationBySystem,
+    ::testing::Values(SystemRow{"Platform1", 4, 1, u"kelsend_anna", false, ""},
+                      SystemRow{"Nt4", 4, 2, u"kelsend_anna", true, ""},
+                      SystemRow{"Major5", 5, 2, u"Local\\kelsend_anna", true, ""},
+                      SystemRow{"Major6", 6, 2, u"Local\\kelsend_anna", true, "S:(ML;;NW;;;LW)"},
+                      SystemRow{"Major10", 10, 2, u"Local\\kelsend_anna", true, "S:(ML;;NW;;;LW)"}),
+    [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(Comms, OnlyAnUnstoppedObjectWakesItsListenerWhenItGoes) {
     FakeLauncher launcher(fake, base);
@@ -311,6 +372,17 @@ TEST_F(Stop, OldVersionLauncherIsWokenUnderTheOldNames) {
     ASSERT_FALSE(fake.sleeps.empty());
     EXPECT_EQ(fake.sleeps.back(), 150u);
     EXPECT_EQ(fake.openedEventNames.front(), u"Global\\kelsend_anna_event");
+}
+
+TEST_F(Stop, OldVersionLauncherIsWokenEvenWithoutItsRecord) {
+    FakeLauncher old(fake, u"Global\\kelsend_anna");
+    copyField(old.record().command, u"stopprint");
+    fake.fail(Call::MapViewOfFile);
+    LauncherProxy proxy;
+    EXPECT_TRUE(proxy.stopLauncher());
+    ASSERT_EQ(old.messages.size(), 1u);
+    EXPECT_EQ(fieldText(old.messages[0].command), u"stopprint"); // nothing could clear it
+    EXPECT_EQ(fake.sleeps.back(), 150u);
 }
 
 TEST_F(Stop, NoLauncherAtAllStillReportsDone) {

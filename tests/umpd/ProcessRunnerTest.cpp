@@ -52,6 +52,7 @@ TEST_P(Autostart, RepairsOnlyAnEntryOfAnotherDriver) {
         fake.setRegistryValue(RegistryRoot::CurrentUser, runKey, u"kelmsnd.exe",
                               platform::stringValue(row.entry));
     checkAutostart(u"My Printer", driverDir);
+    EXPECT_EQ(fake.accessAsked[Call::RegCreateKey], std::set<std::uint32_t>{0x2001F});
     ASSERT_EQ(fake.started.size(), row.setup ? 1u : 0u);
     if (!row.setup) return;
     EXPECT_EQ(fake.started[0].commandLine,

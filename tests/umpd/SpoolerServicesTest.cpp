@@ -256,6 +256,31 @@ TEST_F(CurrentJob, AllJobsAskForTwoMoreThanCounted) {
     EXPECT_EQ(count, 0u);
 }
 
+TEST_F(CurrentJob, CompletedJobsAreCancelledOrDeleted) {
+    using Controls = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
+    struct Row {
+        std::uint32_t platformId, command;
+    } rows[] = {{1, 3}, {2, 5}};
+    for (auto row : rows) {
+        fake.version->platformId = row.platformId;
+        jobs() = {job(4, 1, u"a"), job(5, 2, u"b"), job(6, 3, u"c")};
+        jobs()[0].status = 0x1000;        // complete
+        jobs()[1].status = 0x10;          // printing
+        jobs()[2].status = 0x1000 | 0x80; // complete and printed
+        fake.printer(u"P")->jobControls.clear();
+        auto c = config();
+        ASSERT_TRUE(c.openPrinter(8));
+        PrintJob::deleteCompletedJobs(*c.printerHandle);
+        EXPECT_EQ(fake.printer(u"P")->jobControls, (Controls{{4, row.command}, {6, row.command}}));
+    }
+    EXPECT_TRUE(fake.debugLines().empty());
+    jobs().clear();
+    auto c = config();
+    ASSERT_TRUE(c.openPrinter(8));
+    PrintJob::deleteCompletedJobs(*c.printerHandle);
+    EXPECT_EQ(fake.debugLines(), std::vector<std::string>{"PrintJob::getAllJobs FAILED"});
+}
+
 TEST_F(CurrentJob, InfoCacheFetchesAnewEachTime) {
     PrinterInfoCache none;
     EXPECT_EQ(none.fetch(), nullptr);
@@ -286,27 +311,33 @@ TEST_F(SelfScope, FailuresAndOldSystems) {
     struct Row {
         const char* name;
         std::uint32_t platformId;
-        bool noSpoolss, noRevert;
+        Call fails; // Call::Count: none
+        bool noRevert;
         const char16_t* caption; // null: no box
+        const char16_t* text;
     } rows[] = {
-        {"platform 1", 1, false, false, nullptr},
-        {"no spoolss", 2, true, false, u"LoadLibrary spoolss.dll"},
-        {"no RevertToPrinterSelf", 2, false, true, u"GetProcAddress RevertToPrinterSelf"},
+        {"platform 1", 1, Call::Count, false, nullptr, nullptr},
+        {"no spoolss", 2, Call::LoadSpoolss, false, u"LoadLibrary spoolss.dll",
+         u"System error 5.\r\n"},
+        {"no RevertToPrinterSelf", 2, Call::Count, true, u"GetProcAddress RevertToPrinterSelf",
+         u"System error 127.\r\n"},
+        {"no token", 2, Call::RevertToPrinterSelf, false, nullptr, nullptr},
     };
     for (auto row : rows) {
         SCOPED_TRACE(row.name);
         platform::FakePlatform local;
         platform::setCurrent(&local);
         local.version->platformId = row.platformId;
-        if (row.noSpoolss) local.fail(Call::LoadSpoolss);
+        if (row.fails != Call::Count) local.fail(row.fails);
         local.spoolssHasRevert = !row.noRevert;
         { PrinterSelfScope scope; }
-        EXPECT_EQ(local.impersonatedWith, 0u);
+        EXPECT_EQ(local.callCount(Call::ImpersonatePrinterClient), 0);
         EXPECT_EQ(local.callCount(Call::LoadSpoolss), row.platformId == 1 ? 0 : 1);
         auto boxes = local.boxes();
         ASSERT_EQ(boxes.size(), row.caption ? 1u : 0u);
         if (row.caption) {
             EXPECT_EQ(boxes[0].caption, row.caption);
+            EXPECT_EQ(boxes[0].text, row.text);
             EXPECT_EQ(boxes[0].style, 0x200000u);
         }
         platform::setCurrent(&fake);
