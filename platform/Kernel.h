@@ -19,7 +19,8 @@ inline constexpr std::uint32_t infinite = 0xFFFFFFFF;
 inline constexpr std::uint32_t fileMapAllAccess = 0xF001F;
 inline constexpr std::uint32_t fileMapReadWrite = 6;
 inline constexpr std::uint32_t eventAllAccess = 0x1F0003;
-inline constexpr std::uint32_t mutexAllAccess = 0x1F0001;
+// The job face opens mutexes with the event's all-access mask, as it always has.
+inline constexpr std::uint32_t mutexOpenAccess = 0x1F0003;
 
 enum class WaitResult { Signalled, Abandoned, Timeout, Failed };
 

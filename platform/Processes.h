@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/Kernel.h"
+
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,11 +28,19 @@ public:
     virtual std::optional<std::uint32_t> exitCode() = 0;
 };
 
+// A thread's handle: waiting on it waits for the thread's end; closing it ends nothing.
+class Thread : public Waitable {
+public:
+    virtual std::uint32_t id() = 0;
+};
+
 class Processes {
 public:
     virtual ~Processes() = default;
     // CreateProcessW without inherited handles; null on failure.
     virtual std::unique_ptr<Process> createProcess(const ProcessStart& start) = 0;
+    // CreateThread with the default stack and no flags: body starts at once. Null on failure.
+    virtual std::unique_ptr<Thread> startThread(std::function<void()> body) = 0;
 };
 
 } // namespace platform

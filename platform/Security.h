@@ -1,7 +1,11 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace platform {
 
@@ -10,6 +14,13 @@ class SecurityDescriptor {
 public:
     virtual ~SecurityDescriptor() = default; // LocalFree
     virtual void* get() = 0;
+};
+
+// A security identifier, through the SID accessors.
+struct Sid {
+    std::uint8_t revision = 0;
+    std::array<std::uint8_t, 6> authority{};
+    std::vector<std::uint32_t> subAuthorities;
 };
 
 class Security {
@@ -26,6 +37,10 @@ public:
     virtual bool getSacl(SecurityDescriptor& descriptor, void*& acl) = 0;
     // SetSecurityDescriptorSacl(descriptor, TRUE, acl, FALSE).
     virtual bool setSacl(SecurityDescriptor& descriptor, void* acl) = 0;
+    // LookupAccountNameW on systemName (empty: this machine), once for the sizes and once
+    // for the SID, which must pass IsValidSid; nullopt otherwise, with lastError() set.
+    virtual std::optional<Sid> lookupAccountSid(const std::u16string& systemName,
+                                                const std::u16string& account) = 0;
 };
 
 } // namespace platform

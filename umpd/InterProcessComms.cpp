@@ -6,11 +6,6 @@
 #include "umpd/SecurityAttributesHolder.h"
 #include "umpd/SystemServices.h"
 
-namespace {
-// The access the alive test asks of the mutex, as the launcher expects to grant it.
-constexpr std::uint32_t aliveTestAccess = 0x1F0003;
-} // namespace
-
 template <typename Record>
 InterProcessComms<Record>::InterProcessComms(std::u16string_view baseWord, std::uint32_t timeout)
     : timeout(timeout) {
@@ -47,7 +42,7 @@ template <typename Record> Record* InterProcessComms<Record>::record() {
 }
 
 template <typename Record> bool InterProcessComms<Record>::isAlive() {
-    return platform::current().kernel().openMutex(aliveTestAccess, mutexName) != nullptr;
+    return platform::current().kernel().openMutex(platform::mutexOpenAccess, mutexName) != nullptr;
 }
 
 template <typename Record> bool InterProcessComms<Record>::sendMsg() {

@@ -12,6 +12,7 @@ FakePlatform::FakePlatform() {
     folders[KnownFolder::RoamingAppData] = u"C:\\users\\anna\\AppData\\Roaming";
     folders[KnownFolder::Documents] = u"C:\\users\\anna\\Documents";
     env[u"USERNAME"] = u"anna";
+    accounts[u"anna"] = Sid{1, {0, 0, 0, 0, 0, 5}, {21, 1004336348, 1177238915, 682003330, 1001}};
     for (auto dir :
          {u"C:", u"C:\\windows", u"C:\\windows\\system32", u"C:\\users", u"C:\\users\\anna",
           u"C:\\users\\anna\\AppData", u"C:\\users\\anna\\AppData\\Local",
@@ -185,6 +186,24 @@ std::unique_ptr<Process> FakePlatform::createProcess(const ProcessStart& start) 
     return std::make_unique<FakeProcess>(processExitCode);
 }
 
+namespace {
+class FakeThread : public Thread {
+public:
+    explicit FakeThread(std::uint32_t id) : id_(id) {}
+    WaitResult wait(std::uint32_t) override { return WaitResult::Signalled; } // it has ended
+    std::uint32_t id() override { return id_; }
+
+private:
+    std::uint32_t id_;
+};
+} // namespace
+
+std::unique_ptr<Thread> FakePlatform::startThread(std::function<void()> body) {
+    if (failing(Call::CreateThread)) return nullptr;
+    body();
+    return std::make_unique<FakeThread>(nextThreadId_++);
+}
+
 // Security: a descriptor is a record of what was set in it.
 
 namespace {
@@ -243,6 +262,16 @@ bool FakePlatform::setSacl(SecurityDescriptor& descriptor, void* acl) {
     auto* state = static_cast<fake::DescriptorState*>(descriptor.get());
     state->sacl = acl ? std::make_shared<std::string>(*static_cast<std::string*>(acl)) : nullptr;
     return true;
+}
+
+std::optional<Sid> FakePlatform::lookupAccountSid(const std::u16string& systemName,
+                                                  const std::u16string& account) {
+    accountLookupSystems.push_back(systemName);
+    if (failing(Call::LookupAccountName)) return std::nullopt;
+    for (const auto& [name, sid] : accounts)
+        if (equalsIgnoreCase(name, account)) return sid;
+    lastError_ = 1332; // ERROR_NONE_MAPPED
+    return std::nullopt;
 }
 
 std::optional<FakeObjectSecurity> FakePlatform::securityOf(const std::u16string& name) const {

@@ -43,12 +43,14 @@ enum class Call {
     CreateMutex,
     OpenMutex,
     CreateProcess,
+    CreateThread,
     LocalAlloc,
     InitializeSecurityDescriptor,
     SetSecurityDescriptorDacl,
     ConvertStringSecurityDescriptor,
     GetSecurityDescriptorSacl,
     SetSecurityDescriptorSacl,
+    LookupAccountName,
     GetVersionEx,
     GetUserName,
     GetEnvironmentVariable,
@@ -131,6 +133,7 @@ public:
     std::u16string domainController = u"\\\\DC1";
     bool spoolssHasRevert = true;
     int messageBoxResult = 1;
+    std::map<std::u16string, Sid> accounts; // by account name, compared without case
     std::uint32_t processExitCode = 0;
 
     // The clock: sleeps advance it; hooks let a test change the world meanwhile.
@@ -143,6 +146,7 @@ public:
     std::vector<FakeMessageBox> boxes() const;
     std::vector<std::string> debugLines() const; // narrow as given, wide as UTF-8
     std::vector<ProcessStart> started;
+    std::vector<std::u16string> accountLookupSystems; // the system name of each look-up
     std::vector<std::u16string> openedMutexNames, openedEventNames, openedMappingNames;
     std::optional<FakeObjectSecurity> securityOf(const std::u16string& name) const;
     std::uintptr_t impersonatedWith = 0;
@@ -218,6 +222,8 @@ private:
     std::unique_ptr<Mutex> openMutex(std::uint32_t access, const std::u16string& name) override;
     // Processes
     std::unique_ptr<Process> createProcess(const ProcessStart& start) override;
+    // Nothing else runs in the fake: the body runs on the caller's thread, to its end.
+    std::unique_ptr<Thread> startThread(std::function<void()> body) override;
     // Security
     std::unique_ptr<SecurityDescriptor> allocDescriptor(std::size_t size) override;
     bool initializeDescriptor(SecurityDescriptor& descriptor) override;
@@ -225,6 +231,8 @@ private:
     std::unique_ptr<SecurityDescriptor> descriptorFromString(const std::string& sddl) override;
     bool getSacl(SecurityDescriptor& descriptor, void*& acl) override;
     bool setSacl(SecurityDescriptor& descriptor, void* acl) override;
+    std::optional<Sid> lookupAccountSid(const std::u16string& systemName,
+                                        const std::u16string& account) override;
     // System
     std::optional<OsVersion> osVersion() override;
     std::optional<std::u16string> userName(std::size_t bufferChars) override;
@@ -280,6 +288,7 @@ private:
     std::uint32_t randState_ = 1;
     std::uint32_t guidCounter_ = 0;
     std::uintptr_t nextToken_ = 0x100;
+    std::uint32_t nextThreadId_ = 0x200;
 
     std::unique_ptr<RegistryNode> roots_[3];
     std::vector<std::pair<std::u16string, FakePrinter>> printers_;

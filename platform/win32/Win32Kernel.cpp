@@ -94,6 +94,25 @@ private:
     ScopedKernelHandle process_, thread_;
 };
 
+class Win32Thread : public Thread {
+public:
+    Win32Thread(HANDLE thread, DWORD id) : thread_(thread), id_(id) {}
+    WaitResult wait(std::uint32_t milliseconds) override {
+        return waitOn(thread_.get(), milliseconds);
+    }
+    std::uint32_t id() override { return id_; }
+
+private:
+    ScopedKernelHandle thread_;
+    DWORD id_;
+};
+
+DWORD WINAPI runThreadBody(void* parameter) {
+    std::unique_ptr<std::function<void()>> body(static_cast<std::function<void()>*>(parameter));
+    (*body)();
+    return 0;
+}
+
 class Win32Descriptor : public SecurityDescriptor {
 public:
     explicit Win32Descriptor(HLOCAL block) : block_(block) {}
@@ -163,6 +182,15 @@ std::unique_ptr<Process> Win32Platform::createProcess(const ProcessStart& start)
     return std::make_unique<Win32Process>(pi.hProcess, pi.hThread);
 }
 
+std::unique_ptr<Thread> Win32Platform::startThread(std::function<void()> body) {
+    auto owned = std::make_unique<std::function<void()>>(std::move(body));
+    DWORD id = 0;
+    HANDLE thread = ::CreateThread(nullptr, 0, runThreadBody, owned.get(), 0, &id);
+    if (!thread) return nullptr;
+    owned.release(); // the thread frees it
+    return std::make_unique<Win32Thread>(thread, id);
+}
+
 std::unique_ptr<SecurityDescriptor> Win32Platform::allocDescriptor(std::size_t size) {
     HLOCAL block = ::LocalAlloc(LPTR, size);
     if (!block) return nullptr;
@@ -199,6 +227,29 @@ bool Win32Platform::getSacl(SecurityDescriptor& descriptor, void*& acl) {
 bool Win32Platform::setSacl(SecurityDescriptor& descriptor, void* acl) {
     return ::SetSecurityDescriptorSacl(descriptor.get(), TRUE, static_cast<PACL>(acl), FALSE) !=
            FALSE;
+}
+
+std::optional<Sid> Win32Platform::lookupAccountSid(const std::u16string& systemName,
+                                                   const std::u16string& account) {
+    const wchar_t* system = systemName.empty() ? nullptr : wide(systemName);
+    DWORD sidSize = 0, domainChars = 0;
+    SID_NAME_USE use;
+    ::LookupAccountNameW(system, wide(account), nullptr, &sidSize, nullptr, &domainChars, &use);
+    if (sidSize == 0) return std::nullopt;
+    std::vector<BYTE> sid(sidSize);
+    std::wstring domain(domainChars + 1, L'\0');
+    if (!::LookupAccountNameW(system, wide(account), sid.data(), &sidSize, domain.data(),
+                              &domainChars, &use) ||
+        !::IsValidSid(sid.data()))
+        return std::nullopt;
+    Sid out;
+    out.revision = sid[0]; // SID_REVISION; there is no accessor for it
+    const auto* authority = ::GetSidIdentifierAuthority(sid.data());
+    for (int i = 0; i < 6; ++i)
+        out.authority[i] = authority->Value[i];
+    for (UCHAR i = 0, n = *::GetSidSubAuthorityCount(sid.data()); i < n; ++i)
+        out.subAuthorities.push_back(*::GetSidSubAuthority(sid.data(), i));
+    return out;
 }
 
 } // namespace platform::win32

@@ -49,6 +49,7 @@ private:
     std::unique_ptr<Mutex> openMutex(std::uint32_t access, const std::u16string& name) override;
 
     std::unique_ptr<Process> createProcess(const ProcessStart& start) override;
+    std::unique_ptr<Thread> startThread(std::function<void()> body) override;
 
     std::unique_ptr<SecurityDescriptor> allocDescriptor(std::size_t size) override;
     bool initializeDescriptor(SecurityDescriptor& descriptor) override;
@@ -56,6 +57,8 @@ private:
     std::unique_ptr<SecurityDescriptor> descriptorFromString(const std::string& sddl) override;
     bool getSacl(SecurityDescriptor& descriptor, void*& acl) override;
     bool setSacl(SecurityDescriptor& descriptor, void* acl) override;
+    std::optional<Sid> lookupAccountSid(const std::u16string& systemName,
+                                        const std::u16string& account) override;
 
     std::optional<OsVersion> osVersion() override;
     std::optional<std::u16string> userName(std::size_t bufferChars) override;

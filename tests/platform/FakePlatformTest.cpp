@@ -135,6 +135,8 @@ std::vector<CallRow> callRows() {
              start.commandLine = u"a.exe";
              return os.processes().createProcess(start) != nullptr;
          }},
+        {Call::CreateThread, "CreateThread",
+         [](Platform& os) { return os.processes().startThread([] {}) != nullptr; }},
         {Call::LocalAlloc, "LocalAlloc", [&](Platform& os) { return descriptor(os) != nullptr; }},
         {Call::InitializeSecurityDescriptor, "InitializeSecurityDescriptor",
          [&](Platform& os) { return os.security().initializeDescriptor(*descriptor(os)); }},
@@ -149,6 +151,8 @@ std::vector<CallRow> callRows() {
          }},
         {Call::SetSecurityDescriptorSacl, "SetSecurityDescriptorSacl",
          [&](Platform& os) { return os.security().setSacl(*descriptor(os), nullptr); }},
+        {Call::LookupAccountName, "LookupAccountName",
+         [](Platform& os) { return os.security().lookupAccountSid(u"", u"anna").has_value(); }},
         {Call::GetVersionEx, "GetVersionEx",
          [](Platform& os) { return os.system().osVersion().has_value(); }},
         {Call::GetUserName, "GetUserName",

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstring>
 #include <string>
 
@@ -360,6 +361,28 @@ TYPED_TEST(PlatformContract, ProcessIsWaitedForAndGivesItsExitCode) {
     ASSERT_NE(process, nullptr);
     ASSERT_TRUE(process->wait(infinite));
     EXPECT_EQ(process->exitCode(), 3u);
+}
+
+TYPED_TEST(PlatformContract, ThreadRunsItsBodyAndIsWaitedFor) {
+    std::atomic<int> runs{0};
+    auto thread = this->os().processes().startThread([&] { ++runs; });
+    ASSERT_NE(thread, nullptr);
+    EXPECT_NE(thread->id(), 0u);
+    EXPECT_EQ(thread->wait(infinite), WaitResult::Signalled);
+    EXPECT_EQ(runs.load(), 1);
+}
+
+TYPED_TEST(PlatformContract, TheUserHasASid) {
+    auto& os = this->os();
+    auto user = os.system().userName(260);
+    ASSERT_TRUE(user.has_value());
+    auto sid = os.security().lookupAccountSid(u"", *user);
+    ASSERT_TRUE(sid.has_value());
+    EXPECT_EQ(sid->revision, 1);
+    EXPECT_EQ(sid->authority[5], 5); // the NT authority
+    ASSERT_FALSE(sid->subAuthorities.empty());
+    EXPECT_EQ(sid->subAuthorities[0], 21u); // a user's domain
+    EXPECT_FALSE(os.security().lookupAccountSid(u"", u"KelNoSuchAccount42").has_value());
 }
 
 TYPED_TEST(PlatformContract, TimeZoneBiasIsWithinADay) {

@@ -7,6 +7,7 @@
 #include "platform/TestPrinters.h"
 #include "platform/WideText.h"
 #include "platform/win32/Windows.h"
+#include "umpd/DomainController.h"
 #include "umpd/LauncherNames.h"
 #include "umpd/LauncherProxy.h"
 #include "umpd/PrintJob.h"
@@ -57,18 +58,29 @@ TEST(Win32Spooler, PortFormsResolveToPrintersOfOurDriver) {
     std::uint32_t count = 7;
     EXPECT_FALSE(PrintJob::getAllJobs(*config.printerHandle, count).has_value()); // no jobs
     EXPECT_EQ(count, 0u);
+
+    // A job being written, which Wine's spooler neither counts nor lists: the config opens
+    // its printer for the look-up, and the name stays as it was.
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    auto output = std::u16string(reinterpret_cast<const char16_t*>(temp)) + u"kel-current.prn";
+    std::uint32_t jobId = 0;
+    auto job = startSystemJob(u"Kel File Printer", u"Current doc", output, jobId);
+    ASSERT_NE(job, 0u);
+    PrinterConfig current;
+    current.setPrinterName(u"Kel File Printer");
+    std::u16string docName = u"before";
+    std::uint32_t id = 0;
+    getCurrentPrintJobDocName(current, docName, id);
+    EXPECT_NE(current.printerHandle, nullptr);
+    EXPECT_EQ(docName, u"before");
+    EXPECT_EQ(id, 0u);
+    EXPECT_TRUE(endSystemJob(job));
+    DeleteFileW(w(output).c_str());
 }
 
-TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
-    SecurityAttributesHolder holder;
-    auto* sa = makeSecurityAttributes(holder);
-    ASSERT_NE(sa, nullptr);
-    EXPECT_EQ(sa->length, 8u);
-    auto name = u"KelSecured_" + platform::fromUtf8(std::to_string(GetCurrentProcessId()));
-    auto event = platform::current().kernel().createEvent(sa, false, false, name);
-    ASSERT_NE(event, nullptr);
-
-    HANDLE h = OpenEventW(READ_CONTROL, FALSE, w(name).c_str());
+// The security a named object carries, read back through a handle opened by name.
+void expectOpenAndLowLabel(HANDLE h) {
     ASSERT_NE(h, nullptr);
     DWORD needed = 0;
     SECURITY_INFORMATION what = DACL_SECURITY_INFORMATION | LABEL_SECURITY_INFORMATION;
@@ -84,7 +96,6 @@ TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
 
     PACL sacl = nullptr;
     ASSERT_TRUE(GetSecurityDescriptorSacl(buffer.data(), &present, &sacl, &defaulted));
-    ASSERT_GE(getOsMajorVersion(), 6u); // Wine's default system, which takes the label
     ASSERT_TRUE(present && sacl);
     ACE_HEADER* ace = nullptr;
     ASSERT_TRUE(GetAce(sacl, 0, reinterpret_cast<void**>(&ace)));
@@ -93,6 +104,102 @@ TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
     EXPECT_EQ(label->Mask, static_cast<DWORD>(SYSTEM_MANDATORY_LABEL_NO_WRITE_UP));
     auto* sid = reinterpret_cast<PSID>(&label->SidStart);
     EXPECT_EQ(*GetSidSubAuthority(sid, 0), static_cast<DWORD>(SECURITY_MANDATORY_LOW_RID));
+}
+
+TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
+    ASSERT_GE(getOsMajorVersion(), 6u); // Wine's default system, which takes the label
+    SecurityAttributesHolder holder;
+    auto* sa = makeSecurityAttributes(holder);
+    ASSERT_NE(sa, nullptr);
+    EXPECT_EQ(sa->length, 8u);
+    auto name = u"KelSecured_" + platform::fromUtf8(std::to_string(GetCurrentProcessId()));
+    auto event = platform::current().kernel().createEvent(sa, false, false, name);
+    ASSERT_NE(event, nullptr);
+    expectOpenAndLowLabel(OpenEventW(READ_CONTROL, FALSE, w(name).c_str()));
+
+    // A record the sender creates because no launcher made it.
+    LauncherComms ipc(u"kelsecured", platform::infinite);
+    ASSERT_TRUE(ipc.mapSharedMemory());
+    ASSERT_TRUE(ipc.shared.created);
+    expectOpenAndLowLabel(OpenFileMappingW(READ_CONTROL, FALSE, w(ipc.sharedMemoryName).c_str()));
+}
+
+// The system's platform with its boxes and debug output caught, so that no box can wait
+// for a user.
+class CaughtReports : public platform::Platform, private platform::Reporter {
+public:
+    CaughtReports() { platform::setCurrent(this); }
+    ~CaughtReports() override { platform::setCurrent(nullptr); }
+    CaughtReports(const CaughtReports&) = delete;
+    CaughtReports& operator=(const CaughtReports&) = delete;
+
+    platform::Registry& registry() override { return real().registry(); }
+    platform::Spooler& spooler() override { return real().spooler(); }
+    platform::Kernel& kernel() override { return real().kernel(); }
+    platform::Processes& processes() override { return real().processes(); }
+    platform::Security& security() override { return real().security(); }
+    platform::System& system() override { return real().system(); }
+    platform::Reporter& reporter() override { return *this; }
+    platform::FileSystem& files() override { return real().files(); }
+
+    struct Box {
+        std::u16string text, caption;
+        std::uint32_t style;
+    };
+    std::vector<Box> boxes;
+    std::vector<std::string> debug;
+
+private:
+    static platform::Platform& real() { return platform::systemPlatform(); }
+    int messageBox(const std::u16string& text, const std::u16string& caption,
+                   std::uint32_t style) override {
+        boxes.push_back({text, caption, style});
+        return IDOK;
+    }
+    int messageBoxA(const std::string& text, const std::string& caption,
+                    std::uint32_t style) override {
+        return messageBox(platform::fromUtf8(text), platform::fromUtf8(caption), style);
+    }
+    void debugOutput(std::string_view text) override { debug.emplace_back(text); }
+    void debugOutputW(const std::u16string& text) override {
+        debug.push_back(platform::toUtf8(text));
+    }
+};
+
+TEST(Win32Services, SpoolerIdentityAndDomainController) {
+    CaughtReports reports;
+    {
+        PrinterSelfScope scope; // Wine's spoolss.dll has both functions
+        EXPECT_NE(scope.spoolss, nullptr);
+        EXPECT_NE(scope.token, 0u);
+    }
+    // Wine knows no domain: the failed look-up is shared as an empty name, ready.
+    EXPECT_EQ(lookupDomainController(), u"");
+    HANDLE mapping = OpenFileMappingW(FILE_MAP_READ, FALSE, L"Local\\DomainControllerData");
+    ASSERT_NE(mapping, nullptr);
+    auto* view = static_cast<const DomainControllerData*>(
+        MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, sizeof(DomainControllerData)));
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(view->state, 'r');
+    EXPECT_EQ(view->domainController[0], u'\0');
+    UnmapViewOfFile(view);
+    CloseHandle(mapping);
+    EXPECT_TRUE(reports.boxes.empty());
+}
+
+TEST(Win32Launcher, LauncherWithoutItsRequestEventGetsTheBox) {
+    CaughtReports reports;
+    LauncherComms ipc(u"kelhalf", platform::infinite);
+    // Only the alive mutex: a launcher that died half-way, or one that is starting.
+    auto alive = platform::current().kernel().createMutex(nullptr, true, ipc.mutexName);
+    ASSERT_NE(alive, nullptr);
+    ASSERT_TRUE(ipc.mapSharedMemory());
+    EXPECT_FALSE(ipc.sendMsg());
+    ASSERT_EQ(reports.boxes.size(), 1u);
+    EXPECT_EQ(reports.boxes[0].caption, u"IPC sendMsg setting event failed");
+    EXPECT_EQ(reports.boxes[0].style, 0u);
+    EXPECT_EQ(reports.boxes[0].text,
+              platform::current().system().errorMessage(ERROR_FILE_NOT_FOUND));
 }
 
 // kelmsnd beside the test program, logging to a file of its own.
