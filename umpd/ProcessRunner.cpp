@@ -52,9 +52,11 @@ void checkAutostart(std::u16string_view printerName, std::u16string_view driverD
     bool oldDriver = entry.find(u"\\2\\kelmsnd") != std::u16string::npos;
     if (!oldDriver && entry.find(driverDirectory) != std::u16string::npos) return;
     if (driverDirectory.size() + 12 > 259) return;
-    std::u16string command(driverDirectory);
-    command += u"kelsetup.exe -printer=\"";
-    command += printerName;
-    command += u"\" -installStartmenu";
-    runProcess(command, std::nullopt, true, nullptr, 0);
+    std::u16string text(driverDirectory);
+    text += u"kelsetup.exe -printer=\"";
+    text += printerName;
+    text += u"\" -installStartmenu";
+    char16_t command[260]; // the path's buffer: only the setup name was checked to fit
+    copyField(command, text);
+    runProcess(fieldText(command), std::nullopt, true, nullptr, 0);
 }

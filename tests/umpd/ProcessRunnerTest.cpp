@@ -90,6 +90,12 @@ TEST_F(FakeOsTest, AutostartNeedsRoomForTheSetupName) {
     EXPECT_TRUE(fake.started.empty());
     checkAutostart(u"P", std::u16string(247, u'd'));
     EXPECT_EQ(fake.started.size(), 1u);
+    // The rest of the command goes into the path's buffer unchecked: it is cut to fit.
+    std::u16string longName(300, u'n');
+    checkAutostart(longName, driverDir);
+    ASSERT_EQ(fake.started.size(), 2u);
+    EXPECT_EQ(fake.started[1].commandLine,
+              (driverDir + u"kelsetup.exe -printer=\"" + longName).substr(0, 259));
 }
 
 } // namespace
