@@ -1,0 +1,28 @@
+// The scanner on arbitrary bytes, cut into buffers at sizes taken from the
+// input itself, so that every state meets a buffer end.
+#include "Interpreter.h"
+#include "Parser.h"
+#include "PostscriptException.h"
+
+#include <cstddef>
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static Interpreter interpreter;
+    if (size < 1) return 0;
+    const std::size_t piece = 1 + data[0] % 16;
+    ++data;
+    --size;
+    Parser parser(interpreter.memory.get(), interpreter.dictionaries.get(), &interpreter.names);
+    for (std::size_t at = 0; at < size; at += piece) {
+        const uint8_t* end = data + (size - at < piece ? size : at + piece);
+        parser.setBuffer(data + at, end);
+        try {
+            while (PostscriptObject* object = parser.nextObject())
+                releaseIfUnreferenced(object);
+        } catch (const PostscriptException&) {
+            // The scanner keeps its state; the next buffer goes on from there.
+        }
+    }
+    return 0;
+}
