@@ -84,6 +84,7 @@ struct FakeMessageBox {
 struct FakePrinter {
     PrinterInfo2 info;
     std::vector<JobInfo2> jobs;
+    std::optional<std::uint32_t> countedJobs; // cJobs, when the count lags behind the queue
     std::vector<std::uint8_t> written;
     std::vector<std::pair<std::uint32_t, std::uint32_t>> jobControls; // SetJobW's id and command
     std::optional<PrinterDefaults> lastDefaults;

@@ -13,7 +13,7 @@ public:
         auto* p = printer();
         if (!p) return false;
         out = p->info;
-        out.cJobs = static_cast<std::uint32_t>(p->jobs.size());
+        out.cJobs = p->countedJobs.value_or(static_cast<std::uint32_t>(p->jobs.size()));
         return true;
     }
 
@@ -100,7 +100,7 @@ bool FakePlatform::enumPrinters(std::uint32_t, std::vector<PrinterInfo2>& out) {
     out.clear();
     for (const auto& [name, p] : printers_) {
         out.push_back(p.info);
-        out.back().cJobs = static_cast<std::uint32_t>(p.jobs.size());
+        out.back().cJobs = p.countedJobs.value_or(static_cast<std::uint32_t>(p.jobs.size()));
     }
     return true;
 }

@@ -239,18 +239,30 @@ TEST_F(CurrentJob, FailuresLeaveTheDocumentNameAlone) {
     std::uint32_t jobId = 0;
     getCurrentPrintJobDocName(c, docName, jobId);
     EXPECT_EQ(docName, u"kept");
+    fake.printer(u"P")->countedJobs = 1; // counted, yet none listed: an empty list
+    getCurrentPrintJobDocName(c, docName, jobId);
+    EXPECT_EQ(docName, u"");
+    EXPECT_EQ(jobId, 0u);
 }
 
 TEST_F(CurrentJob, AllJobsAskForTwoMoreThanCounted) {
-    for (std::uint32_t i = 1; i <= 5; ++i)
+    for (std::uint32_t i = 1; i <= 7; ++i)
         jobs().push_back(job(i, static_cast<int>(i), u"d"));
     auto c = config();
     ASSERT_TRUE(c.openPrinter(8));
+    struct Row {
+        std::uint32_t counted, listed;
+    } rows[] = {{7, 7}, {5, 7}, {4, 6}, {1, 3}};
+    for (auto row : rows) {
+        fake.printer(u"P")->countedJobs = row.counted; // the queue grew since it was counted
+        std::uint32_t count = 99;
+        auto list = PrintJob::getAllJobs(*c.printerHandle, count);
+        ASSERT_TRUE(list.has_value());
+        EXPECT_EQ(count, row.listed);
+        EXPECT_EQ(list->size(), row.listed);
+    }
     std::uint32_t count = 99;
-    auto list = PrintJob::getAllJobs(*c.printerHandle, count);
-    ASSERT_TRUE(list.has_value());
-    EXPECT_EQ(count, 5u);
-    EXPECT_EQ(list->size(), 5u);
+    fake.printer(u"P")->countedJobs.reset();
     jobs().clear();
     EXPECT_FALSE(PrintJob::getAllJobs(*c.printerHandle, count).has_value());
     EXPECT_EQ(count, 0u);
