@@ -3,6 +3,7 @@
 #include "ArrayObject.h"
 #include "Interpreter.h"
 #include "IntervalOperators.h"
+#include "LengthOperators.h"
 #include "Operands.h"
 #include "OperatorRegistry.h"
 #include "PostscriptException.h"
@@ -28,6 +29,7 @@ void RightCurlyBraceOperator::execute(Interpreter& interpreter) {
 
 void ArrayOperator::execute(Interpreter& interpreter) {
     int32_t count = popOperand<IntegerObject>(interpreter, ps_integer, "array")->value;
+    if (count > largestLength) PS_THROW("Illegal length passed to array");
     Popped<ArrayObject> array(interpreter.makeArray());
     ObjectStack& items = array->items();
     if (count > 0) items.items.reserve(static_cast<std::size_t>(count));

@@ -10,7 +10,7 @@
 
 void StringOperator::execute(Interpreter& interpreter) {
     int32_t length = popOperand<IntegerObject>(interpreter, ps_integer, "length of string")->value;
-    if (length < 0) PS_THROW("Illegal length passed to string");
+    if (length < 0 || length > largestLength) PS_THROW("Illegal length passed to string");
     Popped<StringObject> string(interpreter.makeString(std::string_view()));
     string->text().assign(static_cast<std::size_t>(length), '\0');
     interpreter.operandStack->push(string.get());

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 using eval_case::Case;
+using failure_case::FailureCase;
 using testing_support::eval;
 using testing_support::Session;
 
@@ -48,7 +49,12 @@ INSTANTIATE_TEST_SUITE_P(
         // Arrays and dictionaries compare element by element.
         Case{"{1 2} {1 2} eq {1 2} {1 3} eq {1 2} {1} eq {} {} eq ", "true false false true"},
         Case{"{1 {2 (x)}} {1.0 {2 (x)}} eq {1} {1} ne ", "true false"},
-        Case{"userdict userdict eq ", "true"}));
+        Case{"userdict userdict eq ", "true"},
+        Case{"[null] [null] eq [null] [1] eq 3 array 3 array eq ", "true false true"},
+        Case{"1 dict 1 dict eq systemdict 1 dict eq ", "true false"},
+        // Dictionaries equal by their keys' values, not by identity.
+        Case{"/d1 1 dict def /d2 1 dict def d1 /a 1 put d2 /a 1.0 put d1 d2 eq ", "true"},
+        Case{"/d1 1 dict def /d2 1 dict def d1 /a 1 put d2 /b 1 put d1 d2 eq ", "false"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Failures, Relational,
@@ -86,10 +92,19 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"1 true false null 2 ", "1 true false null 2"},
                       Case{"true xcheck false xcheck null xcheck ", "true true true"}));
 
-TEST(Logical, FailureKeepsOperandsPopped) {
+class ComparisonFailure : public failure_case::FailureTable {};
+
+TEST_P(ComparisonFailure, KeepsWhatItPopped) {
     Session s;
-    failure_case::expectFailure(s, {"7 1 true or ", "Unsupported type of param to or", "7"});
+    failure_case::expectFailure(s, GetParam());
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, ComparisonFailure,
+    ::testing::Values(FailureCase{"7 1 true or ", "Unsupported type of param to or", "7"},
+                      FailureCase{"7 (a) not ", "Unsupported type of param to not", "7"},
+                      FailureCase{"7 [1] 1 ne ", "Unsupported type comparison", "7"},
+                      FailureCase{"7 /a (a) ge ", "Unsupported type comparison", "7"}));
 
 TEST(Constants, GoThroughTheExecutionStack) {
     for (const char* name : {"true", "false", "null"}) {

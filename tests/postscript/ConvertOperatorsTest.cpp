@@ -1,4 +1,5 @@
 #include "EvalCase.h"
+#include "FailureCase.h"
 #include "support/TestSupport.h"
 
 #include "ArrayObject.h"
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 using eval_case::Case;
+using failure_case::FailureCase;
 using testing_support::eval;
 using testing_support::Session;
 
@@ -91,18 +93,26 @@ INSTANTIATE_TEST_SUITE_P(
              "(--nostringval--) (--nostringval--)"},
         // One byte more than the target holds is allowed.
         Case{"12 (x) cvs 5 () cvs ", "(12) (5)"},
-        Case{"123 (x) cvs ", "ERROR: String index out of range"},
         Case{"1.5 () cvs ", "ERROR: String index out of range"},
-        Case{"5 6 cvs ", "ERROR: Expected ps_string at popStringObject"},
         Case{"(x) cvs ", "ERROR: pop - expected item on stack"}));
 
-TEST(Conversion, FailuresKeepTheOperandPopped) {
-    for (const char* program : {"7 (abc) cvi ", "7 (abc) cvr ", "7 /a cvi ", "7 1 cvn "}) {
-        Session s;
-        EXPECT_FALSE(s.run(program)) << program;
-        EXPECT_EQ(s.stackValues(), "7") << program;
-    }
+class ConversionFailure : public failure_case::FailureTable {};
+
+TEST_P(ConversionFailure, KeepsWhatItPopped) {
+    Session s;
+    failure_case::expectFailure(s, GetParam());
 }
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Texts, ConversionFailure, ::testing::Values(
+    FailureCase{"7 (abc) cvi ", "Unable to convert in cvi", "7"},
+    FailureCase{"7 (abc) cvr ", "Unable to convert in cvr", "7"},
+    FailureCase{"7 /a cvi ", "Unsupported conversion type for cvi", "7"},
+    FailureCase{"7 1 cvn ", "Expected ps_string at cvn", "7"},
+    // cvs takes the target first: a wrong one leaves the object.
+    FailureCase{"7 5 6 cvs ", "Expected ps_string at popStringObject", "7 5"},
+    FailureCase{"7 123 (x) cvs ", "String index out of range", "7"}));
+// clang-format on
 
 // Runs cvs of an integer into a target string that the test holds as well.
 struct CvsRun {

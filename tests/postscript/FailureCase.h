@@ -19,6 +19,9 @@ inline void PrintTo(const FailureCase& c, std::ostream* os) {
     *os << '"' << c.program << '"';
 }
 
+// A table of failure rows; each test runs its row on a fresh session.
+class FailureTable : public ::testing::TestWithParam<FailureCase> {};
+
 // What a failing operator had popped stays popped.
 inline void expectFailure(testing_support::Session& session, const FailureCase& c) {
     EXPECT_FALSE(session.run(c.program));

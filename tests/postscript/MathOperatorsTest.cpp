@@ -55,7 +55,9 @@ INSTANTIATE_TEST_SUITE_P(
                       // round: halves go away from zero; an integer stays an integer.
                       Case{"3.7 round ", "4.000000"}, Case{"3 round ", "3"},
                       Case{"2.5 round ", "3.000000"}, Case{"-2.5 round ", "-3.000000"},
-                      Case{"-2.4 round ", "-2.000000"}, Case{"3e10 round ", "-2147483648.000000"},
+                      Case{"-2.4 round ", "-2.000000"}, Case{"0.5 round ", "1.000000"},
+                      Case{"-0.5 round ", "-1.000000"}, Case{"-0.4 round ", "0.000000"},
+                      Case{"3e10 round ", "-2147483648.000000"},
                       Case{"-3e10 round ", "-2147483648.000000"}, Case{"16 sqrt ", "4.000000"},
                       Case{"2.25 sqrt ", "1.500000"},
                       // Stubs of the generated layer, for contrast.
