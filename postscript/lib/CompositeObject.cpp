@@ -50,7 +50,8 @@ void VirtualMemoryObject::removeBody(CompositeData* data) noexcept {
 }
 
 std::string VirtualMemoryObject::describe() const {
-    return std::string(typeName(type)) + " " + name;
+    // Through the formatter like every printed text: a long "Copy of" chain is cut.
+    return formatString("%s %s", typeName(type), name.c_str());
 }
 
 PostscriptObject* VirtualMemoryObject::clone(VirtualMemoryObject*) const {

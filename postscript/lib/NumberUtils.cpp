@@ -126,6 +126,8 @@ bool parseReal(std::string_view token, double& value) {
         return true;
     }
     if (result.ec == std::errc::result_out_of_range || std::isinf(value)) return false;
+    // Below the normal range the C library reports a range error too.
+    if (value != 0.0 && std::fabs(value) < std::numeric_limits<double>::min()) return false;
     if (value == 0.0) {
         // A zero from non-zero digits is an underflow.
         for (const char* p = token.data(); p < result.ptr && *p != 'e' && *p != 'E'; ++p)

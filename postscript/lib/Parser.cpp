@@ -9,6 +9,7 @@
 #include "ValueObjects.h"
 
 #include <array>
+#include <cstdint>
 
 namespace {
 
@@ -154,6 +155,9 @@ PostscriptObject* Parser::nextObject() {
                 --parenDepth;
                 token += ')';
             } else if (delimiter == '(') {
+                // The count is 32 bits: only a hostile input gets this far.
+                if (parenDepth == INT32_MAX)
+                    PS_THROW("Too many open parentheses in literal string");
                 ++parenDepth;
                 token += '(';
             } else if (delimiter == '\\') {

@@ -115,6 +115,12 @@ TEST(ObjectClone, ValuesCopyCompositesShareTheirBody) {
 
     Owned memoryCopy(in.memory->localMemory->clone(nullptr));
     EXPECT_EQ(memoryCopy->describe(), "ps_save Copy of Local Memory");
+    // Copies of copies: the text goes through the formatter and is cut there.
+    std::unique_ptr<PostscriptObject> chain(memoryCopy->clone(nullptr));
+    for (int i = 0; i < 200; ++i)
+        chain.reset(chain->clone(nullptr));
+    EXPECT_EQ(chain->describe().size(), 1499u);
+    EXPECT_EQ(chain->describe().substr(0, 24), "ps_save Copy of Copy of ");
 
     Owned integer(new IntegerObject(5));
     Owned integerCopy(integer->clone(nullptr));

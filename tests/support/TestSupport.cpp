@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <fstream>
 #include <sstream>
+#include <typeinfo>
 
 namespace testing_support {
 
@@ -54,6 +55,8 @@ std::string render(const PostscriptObject* object) {
     }
     if (object->type == ps_name) {
         const auto* name = static_cast<const NameObject*>(object);
+        // An operator is a name with an action of its own.
+        if (typeid(*object) != typeid(NameObject)) return "--" + name->text() + "--";
         return (object->executable ? "" : "/") + name->text();
     }
     return object->describe();
@@ -63,22 +66,30 @@ std::vector<std::string> scanAll(std::string_view text, const std::vector<std::s
     Interpreter interpreter;
     Parser& parser = *interpreter.parser;
     std::vector<std::string> objects;
+    auto* data = reinterpret_cast<const unsigned char*>(text.data());
+    std::vector<std::size_t> ends(cuts);
+    ends.push_back(text.size());
     std::size_t from = 0;
-    auto scan = [&](std::size_t to) {
-        auto* data = reinterpret_cast<const unsigned char*>(text.data());
-        parser.setBuffer(data + from, data + to);
-        from = to;
-        while (PostscriptObject* object = parser.nextObject()) {
-            objects.push_back(render(object));
-            releaseIfUnreferenced(object);
+    std::size_t lastFailure = text.size() + 1;
+    for (std::size_t end : ends) {
+        while (from < end) {
+            parser.setBuffer(data + from, data + end);
+            try {
+                while (PostscriptObject* object = parser.nextObject()) {
+                    objects.push_back(render(object));
+                    releaseIfUnreferenced(object);
+                }
+                from = end;
+            } catch (PostscriptException& failure) {
+                // Go on where the scanner stopped, with the state the failure
+                // left; a failure that repeats without reading a byte is noted
+                // once and its byte skipped.
+                std::size_t at = static_cast<std::size_t>(parser.cursor - data);
+                if (at != lastFailure) objects.push_back("ERROR: " + failure.message);
+                from = at == lastFailure ? at + 1 : at;
+                lastFailure = at;
+            }
         }
-    };
-    try {
-        for (std::size_t cut : cuts)
-            scan(cut);
-        scan(text.size());
-    } catch (PostscriptException& failure) {
-        objects.push_back("ERROR: " + failure.message);
     }
     return objects;
 }

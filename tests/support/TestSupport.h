@@ -32,11 +32,14 @@ public:
 };
 
 // A compact, exact picture of one object for scanner tests: strings as
-// (bytes) with their filters, names as text or /text, the rest by describe().
+// (bytes) with their filters, names as text or /text, operators as --text--,
+// the rest by describe().
 std::string render(const PostscriptObject* object);
 
-// Scans text as buffers split at the given offsets with a fresh interpreter's
-// scanner, and renders every object. A failure ends the scan with "ERROR: <message>".
+// Scans text as buffers split at the given offsets (ascending) with a fresh
+// interpreter's scanner, and renders every object. A failure adds
+// "ERROR: <message>" and the scan goes on from the byte where it struck, with
+// the scanner as the failure left it.
 std::vector<std::string> scanAll(std::string_view text, const std::vector<std::size_t>& cuts = {});
 
 // Runs a program on a fresh handle: the operand stack in "==" forms, bottom
