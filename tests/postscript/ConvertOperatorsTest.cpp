@@ -174,11 +174,14 @@ TEST(Type, OperatorsAreNamesAndUnmadeTagsHaveAnswers) {
     ASSERT_TRUE(s.run("type "));
     EXPECT_EQ(s.stackValues(), "marktype nametype");
 
-    // Tags that no object of the interpreter carries.
-    const std::pair<uint32_t, const char*> tags[] = {
-        {ps_fontID, "fonttype"},   {ps_operator, "operatortype"},
-        {ps_gstate, "gstatetype"}, {ps_packedarray, "packedarraytype"},
-        {ps_save, "savetype"},     {15, "unknown"}};
+    // Tags that no operator tested here gives an object of.
+    const std::pair<uint32_t, const char*> tags[] = {{ps_fontID, "fonttype"},
+                                                     {ps_operator, "operatortype"},
+                                                     {ps_gstate, "gstatetype"},
+                                                     {ps_packedarray, "packedarraytype"},
+                                                     {ps_save, "savetype"},
+                                                     {ps_file, "filetype"},
+                                                     {15, "unknown"}};
     for (const auto& [tag, answer] : tags) {
         Session t;
         auto* object = new IntegerObject(0);
