@@ -110,9 +110,9 @@ std::optional<std::string> FakePlatform::profileText(const std::u16string& file)
 
 // A profile file as the system reads one: "[section]" lines, then "key=value" lines;
 // names compare without case, blanks around keys and values do not count.
-std::vector<std::u16string> FakePlatform::profileSection(const std::u16string& file,
-                                                         const std::u16string& section,
-                                                         std::size_t bufferChars) {
+std::vector<std::u16string> FakePlatform::sectionLines(const std::u16string& file,
+                                                       const std::u16string& section,
+                                                       std::size_t bufferChars) {
     std::vector<std::u16string> lines;
     auto text = profileText(file);
     if (!text) return lines;
@@ -142,9 +142,17 @@ std::vector<std::u16string> FakePlatform::profileSection(const std::u16string& f
     return lines;
 }
 
+std::vector<std::u16string> FakePlatform::profileSection(const std::u16string& file,
+                                                         const std::u16string& section,
+                                                         std::size_t bufferChars) {
+    if (failing(Call::GetPrivateProfileSection)) return {};
+    return sectionLines(file, section, bufferChars);
+}
+
 std::uint32_t FakePlatform::profileInt(const std::u16string& file, const std::u16string& section,
                                        const std::u16string& key, std::int32_t fallback) {
-    for (const auto& line : profileSection(file, section, 32767)) {
+    if (failing(Call::GetPrivateProfileInt)) return static_cast<std::uint32_t>(fallback);
+    for (const auto& line : sectionLines(file, section, 32767)) {
         auto eq = line.find(u'=');
         if (eq == std::u16string::npos || !equalsIgnoreCase(line.substr(0, eq), key)) continue;
         auto value = line.substr(eq + 1);

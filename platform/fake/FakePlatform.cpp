@@ -171,19 +171,25 @@ void FakePlatform::debugOutputW(const std::u16string& text) {
 namespace {
 class FakeProcess : public Process {
 public:
-    explicit FakeProcess(std::uint32_t exitCode) : exitCode_(exitCode) {}
+    FakeProcess(std::uint32_t exitCode, std::function<bool()> failing)
+        : exitCode_(exitCode), failing_(std::move(failing)) {}
     bool wait(std::uint32_t) override { return true; }
-    std::optional<std::uint32_t> exitCode() override { return exitCode_; }
+    std::optional<std::uint32_t> exitCode() override {
+        if (failing_()) return std::nullopt;
+        return exitCode_;
+    }
 
 private:
     std::uint32_t exitCode_;
+    std::function<bool()> failing_;
 };
 } // namespace
 
 std::unique_ptr<Process> FakePlatform::createProcess(const ProcessStart& start) {
     if (failing(Call::CreateProcess)) return nullptr;
     started.push_back(start);
-    return std::make_unique<FakeProcess>(processExitCode);
+    return std::make_unique<FakeProcess>(processExitCode,
+                                         [this] { return failing(Call::GetExitCodeProcess); });
 }
 
 namespace {

@@ -43,6 +43,7 @@ enum class Call {
     CreateMutex,
     OpenMutex,
     CreateProcess,
+    GetExitCodeProcess,
     CreateThread,
     LocalAlloc,
     InitializeSecurityDescriptor,
@@ -65,6 +66,8 @@ enum class Call {
     CreateFile,
     WriteFile,
     ReadFile,
+    GetPrivateProfileSection,
+    GetPrivateProfileInt,
     Count
 };
 
@@ -278,6 +281,9 @@ private:
                                              const SecurityAttributes* attributes, bool& fresh);
     void nameObject(const std::u16string& name, const std::shared_ptr<NamedObject>& object);
     std::optional<std::string> profileText(const std::u16string& file);
+    std::vector<std::u16string> sectionLines(const std::u16string& file,
+                                             const std::u16string& section,
+                                             std::size_t bufferChars);
 
     struct Failure {
         std::uint32_t code = 0;

@@ -26,6 +26,11 @@ std::vector<CallRow> callRows() {
     };
     auto printer = [](Platform& os) { return os.spooler().openPrinter(u"P", nullptr); };
     auto descriptor = [](Platform& os) { return os.security().allocDescriptor(40); };
+    auto ini = [](Platform& os) {
+        std::uint32_t n;
+        os.files().createFile(u"C:\\k.ini")->write("[init]\nk=7\n", 11, n);
+        return std::u16string(u"C:\\k.ini");
+    };
     return {
         {Call::RegOpenCurrentUser, "RegOpenCurrentUser",
          [](Platform& os) {
@@ -135,6 +140,12 @@ std::vector<CallRow> callRows() {
              start.commandLine = u"a.exe";
              return os.processes().createProcess(start) != nullptr;
          }},
+        {Call::GetExitCodeProcess, "GetExitCodeProcess",
+         [](Platform& os) {
+             ProcessStart start;
+             start.commandLine = u"a.exe";
+             return os.processes().createProcess(start)->exitCode().has_value();
+         }},
         {Call::CreateThread, "CreateThread",
          [](Platform& os) { return os.processes().startThread([] {}) != nullptr; }},
         {Call::LocalAlloc, "LocalAlloc", [&](Platform& os) { return descriptor(os) != nullptr; }},
@@ -193,6 +204,10 @@ std::vector<CallRow> callRows() {
              os.files().createFile(u"C:\\f.txt");
              return os.files().readFile(u"C:\\f.txt").has_value();
          }},
+        {Call::GetPrivateProfileSection, "GetPrivateProfileSection",
+         [&](Platform& os) { return !os.files().profileSection(ini(os), u"init", 100).empty(); }},
+        {Call::GetPrivateProfileInt, "GetPrivateProfileInt",
+         [&](Platform& os) { return os.files().profileInt(ini(os), u"init", u"k", 0) == 7; }},
     };
 }
 

@@ -23,6 +23,13 @@ TEST_F(RunProcess, DetachedStartAndWait) {
 
     EXPECT_TRUE(runProcess(u"b.exe", std::nullopt, false, nullptr, 0));
     EXPECT_FALSE(fake.started[1].showWindow.has_value());
+    EXPECT_TRUE(runProcess(u"c.exe", std::nullopt, false, nullptr, 5));
+    EXPECT_EQ(fake.started[2].showWindow, 5); // any other value as it is
+
+    fake.fail(Call::GetExitCodeProcess);
+    exitCode = 77;
+    EXPECT_TRUE(runProcess(u"a.exe", std::nullopt, true, &exitCode, 0));
+    EXPECT_EQ(exitCode, 77u); // nothing to store
 }
 
 TEST_F(RunProcess, FailureGoesToTheDebugger) {
