@@ -140,7 +140,3 @@ void registerLanguageOperators(Interpreter& interpreter) {
         if (OperatorFactories::Factory make = factories.find(name))
             interpreter.registerOperator(make(interpreter.intern(name)));
 }
-
-std::size_t languageOperatorCount() {
-    return std::size(languageOrder);
-}

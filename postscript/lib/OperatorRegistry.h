@@ -34,4 +34,3 @@ void addOutputOperators(OperatorFactories& factories);     // OutputOperators.cp
 
 // Installs the hand-written language operators in systemdict, in their order.
 void registerLanguageOperators(Interpreter& interpreter);
-std::size_t languageOperatorCount();

@@ -54,6 +54,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"1 1 3 {} for ", "1 2"}, Case{"3 -1 1 {} for ", "3 2"}, Case{"0 1 0 {} for ", ""},
         Case{"5 1 1 {} for ", ""}, Case{"1 2 6 {} for ", "1 3 5"},
         Case{"1 1 3 { 10 } for ", "1 10 2 10"}, Case{"0 1 1 4 { add } for ", "6"},
+        // The procedure's type isn't checked.
+        Case{"1 1 3 5 for ", "1 5 2 5"},
         // One real among the three operands makes every control value a real.
         Case{"1.5 1 3 {} for ", "1.500000 2.500000"}, Case{"1 1.0 3 {} for ", "1.000000 2.000000"},
         Case{"1 1 3.0 {} for ", "1.000000 2.000000"},
@@ -106,6 +108,9 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"1 { exit } exec 2 ", "ERROR: pop - expected item on stack"},
         // exit passes a stopped context by and drops it.
         Case{"{ { exit } stopped 1 } loop 2 ", "2"}, Case{"{ 3 stop } stopped ", "3 true"},
+        // A context bears the text of its class, whatever key its operator was found by.
+        Case{"/myloop /loop load def { 1 exit } myloop 2 ", "1 2"},
+        Case{"/mystopped /stopped load def { 3 stop } mystopped ", "3 true"},
         Case{"{ stop } stopped { 1 } { 2 } ifelse ", "1"}, Case{"{ 3 } stopped ", "3 false"},
         Case{"{ 3 stop 4 } stopped 5 ", "3 true 5"}, Case{"{ { stop } loop } stopped ", "true"},
         Case{"{ 3 { 1 1 5 { stop } for } repeat } stopped ", "1 true"},
@@ -132,7 +137,11 @@ INSTANTIATE_TEST_SUITE_P(
         FailureCase{"7 (a) { 1 } repeat ", "Expected ps_integer at repeat", "7"},
         FailureCase{"7 5 {} forall ", "Unsupported forall elements param", "7"},
         FailureCase{"7 1 (a) 3 {} for ", "Unsupported increment type in for loop", "7"},
-        FailureCase{"7 (s) cvx exec ", "Does not currently support execing a string", "7"}));
+        FailureCase{"7 (s) cvx exec ", "Does not currently support execing a string", "7"},
+        FailureCase{"7 0 { 1 } { 2 } ifelse ", "Expected ps_boolean at ifelse", "7"},
+        FailureCase{"7 (a) 1 3.0 {} for ", "Unsupported number type in initial for loop value",
+                    "7"},
+        FailureCase{"7 (a) 1 3 {} for ", "Unsupported type comparison", "7"}));
 
 // Unwinding leaves the stack empty when no target is found.
 TEST(ControlUnwinding, ExitWithoutLoopEmptiesTheExecutionStack) {

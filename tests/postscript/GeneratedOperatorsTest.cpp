@@ -1,74 +1,190 @@
 #include "support/TestSupport.h"
 
 #include "EvalCase.h"
+#include "FailureCase.h"
 
 #include "DictionarySet.h"
 #include "GeneratedOps.h"
+#include "StringObject.h"
+#include "ValueObjects.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <set>
+#include <sstream>
 
+using failure_case::FailureCase;
 using testing_support::eval;
 using testing_support::Session;
 
 namespace {
 
-using eval_case::Case;
-
-class GeneratedStub : public eval_case::EvalTable {};
-
-TEST_P(GeneratedStub, StackEffect) { EXPECT_EQ(eval(GetParam().program), GetParam().result); }
-
-// Stubs keep a plausible stack and do nothing else; every default is a new
-// object, every boolean true.
-INSTANTIATE_TEST_SUITE_P(Table, GeneratedStub, ::testing::Values(
-    Case{"1 quit start 2 ", "1 2"},
-    Case{"10 rand ", "10 0"},
-    Case{"rrand countexecstack realtime ", "0 0 0"},
-    Case{"btrue bfalse rcheck wcheck ", "true true true true"},
-    Case{"UserObjects ISOLatinEncoding ", "[] []"},
-    Case{"gstate currentmiterlimit ", "0.000000 0.000000"},
-    Case{"currentpagedevice ", "-dict-"},
-    Case{"currentdash ", "[] 0.000000"},
-    Case{"pathbbox ", "0.000000 0.000000 0.000000 0.000000"},
-    Case{"currentcacheparams ", "-mark- 0 0 0"},
-    Case{"ucachestatus ", "-mark- 0.000000 0.000000 0.000000 0.000000 0.000000"},
-    Case{"cachestatus ",
-         "0.000000 0.000000 0.000000 0.000000 0.000000 0.000000 0.000000"},
-    Case{"5 srand ", ""},
-    Case{"srand ", "ERROR: Expected ps_integer at popIntegerObject"},
-    Case{"(x) srand ", "ERROR: Expected ps_integer at popIntegerObject"},
-    Case{"1 (x) /n closefile flushfile resetfile ", ""},
-    Case{"(f) run ", ""},
-    Case{"1 run ", "ERROR: Expected ps_string at popStringObject"},
-    Case{"btrue echo ", ""},
-    Case{"(x) cvlit ", "0.000000"},
-    Case{"(x) ln 1 log 2 truncate ", "0.000000 0.000000 0.000000"},
-    Case{"(x) bytesavailable ", "0"},
-    Case{"1 status (y) gcheck ", "true true"},
-    Case{"(s) token ", "0.000000 0.000000 true"},
-    Case{"(f) 1 write ", ""},
-    Case{"5 (x) write ", "ERROR: Expected ps_integer at popIntegerObject"},
-    Case{"2 3 exp ", "0.000000"},
-    Case{"1 2 bitshift ", "0"},
-    Case{"(abc) (b) search ", "0.000000 0.000000 0.000000 true"},
-    Case{"1 2 (x) ashow ", ""},
-    Case{"(s) btrue charpath ", ""},
-    Case{"mark 1 2 3 setcacheparams ", ""},
-    Case{"1 2 3 4 5 6 setcachedevice ", ""},
-    Case{"1 2 3 4 setbbox 7 ", "7"},
-    Case{"mark 9 setucacheparams ", ""},
-    Case{"9 setucacheparams ", "ERROR: Expected ps_mark at popMarkObject"},
-    Case{"countdictstack ", "3"},
-    Case{"product ", "(foliograph ps interpreter)"}));
-
-TEST(GeneratedLayer, FailedTypedPopKeepsEarlierOperandsPopped) {
-    Session s;
-    // charpath takes a boolean, then a string: both are gone when the second fails.
-    EXPECT_FALSE(s.run("(a) 7 btrue charpath "));
-    EXPECT_EQ(s.stackValues(), "(a)");
-    EXPECT_EQ(s.error(), "Expected ps_string at popStringObject");
+std::vector<std::string> words(const char* text) {
+    std::istringstream in(text);
+    std::vector<std::string> out;
+    for (std::string word; in >> word;)
+        out.push_back(word);
+    return out;
 }
+
+// One row of the stub table: the same operands given to each of the operators
+// in turn, over a 7 that no stub may reach, and what each one leaves.
+struct StubRow {
+    const char* operands;
+    const char* operators;
+    const char* result;
+};
+
+void PrintTo(const StubRow& row, std::ostream* os) {
+    *os << '"' << row.operands << "\" " << row.operators;
+}
+
+class GeneratedStub : public ::testing::TestWithParam<StubRow> {};
+
+TEST_P(GeneratedStub, StackEffect) {
+    for (const std::string& op : words(GetParam().operators))
+        EXPECT_EQ(eval(std::string("7 ") + GetParam().operands + " " + op + " "), GetParam().result)
+            << op;
+}
+
+// Stubs pop their operands unchecked or by the typed helpers, push new
+// defaults, every boolean true, and do nothing else.
+INSTANTIATE_TEST_SUITE_P(
+    Table, GeneratedStub,
+    ::testing::Values(
+        StubRow{"",
+                "quit start executeonly noaccess flush pstack executive prompt clipsave "
+                "cliprestore grestoreall initgraphics currentcolor currentscreen "
+                "currentcolorscreen initmatrix flattenpath reversepath strokepath ucache "
+                "erasepage copypage nulldevice undefinefont makefont rootfont selectfont "
+                "xshow xyshow yshow glyphshow",
+                "7"},
+        StubRow{"",
+                "rand rrand countexecstack currentobjectformat realtime usertime revision "
+                "serialnumber currentlinecap currentlinejoin",
+                "7 0"},
+        StubRow{"", "btrue bfalse rcheck wcheck", "7 true"},
+        StubRow{"",
+                "UserObjects currentcolorspace currentblackgeneration "
+                "currentundercolorremoval ISOLatinEncoding",
+                "7 []"},
+        StubRow{"", "gstate currentmiterlimit currentsmoothness", "7 0.000000"},
+        StubRow{"", "currentcolorrendering currentpagedevice currentsystemparams currentuserparams",
+                "7 -dict-"},
+        StubRow{"", "currentdash", "7 [] 0.000000"},
+        StubRow{"", "pathbbox", "7 0.000000 0.000000 0.000000 0.000000"},
+        StubRow{"", "currentcacheparams", "7 -mark- 0 0 0"},
+        StubRow{"", "ucachestatus", "7 -mark- 0.000000 0.000000 0.000000 0.000000 0.000000"},
+        StubRow{"", "cachestatus",
+                "7 0.000000 0.000000 0.000000 0.000000 0.000000 0.000000 0.000000"},
+        StubRow{"1",
+                "srand setobjectformat execuserobject undefineuserobject vmreclaim "
+                "setvmthreshold setcachelimit",
+                "7"},
+        StubRow{"(s)",
+                "closefile flushfile resetfile setgstate setcolor setsmoothness "
+                "ustrokepath uappend ustroke ufill ueofill execform",
+                "7"},
+        StubRow{"(s)", "run deletefile", "7"}, StubRow{"btrue", "echo", "7"},
+        StubRow{"[1]", "setblackgeneration setundercolorremoval", "7"},
+        StubRow{"1 dict", "setcolorrendering shfill setpagedevice setsystemparams setuserparams",
+                "7"},
+        StubRow{"(s)", "truncate ln log cvlit fileposition currentgstate", "7 0.000000"},
+        StubRow{"[1]", "dictstack execstack", "7 []"}, StubRow{"(s)", "bytesavailable", "7 0"},
+        StubRow{"(s)", "status gcheck", "7 true"}, StubRow{"btrue", "upath", "7 0.000000"},
+        StubRow{"(s)", "findencoding", "7 []"}, StubRow{"(s)", "currentdevparams", "7 -dict-"},
+        // The pushed name has empty text.
+        StubRow{"(s)", "findcolorrendering", "7  true"},
+        StubRow{"(s)", "token", "7 0.000000 0.000000 true"}, StubRow{"(f) 1", "write", "7"},
+        StubRow{"1 (s)", "writehexstring writestring printobject", "7"},
+        StubRow{"(a) (b)", "renamefile", "7"},
+        StubRow{"1 2", "setfileposition undefineresource setcharwidth", "7"},
+        StubRow{"1 (x)", "defineuserobject", "7"}, StubRow{"(s) btrue", "charpath", "7"},
+        StubRow{"[1] (s)", "cshow kshow", "7"}, StubRow{"(s) 1 dict", "setdevparams", "7"},
+        StubRow{"mark 1", "setucacheparams", "7"}, StubRow{"1 2", "exp findresource", "7 0.000000"},
+        StubRow{"1 2", "bitshift", "7 0"}, StubRow{"(f) 1", "file", "7 0.000000"},
+        StubRow{"btrue 1", "startjob", "7 true"}, StubRow{"[1] [2]", "invertmatrix", "7 []"},
+        StubRow{"1 2", "infill ineofill instroke", "7 true"},
+        StubRow{"(a) (b)", "search", "7 0.000000 0.000000 0.000000 true"},
+        StubRow{"(t) [1] 1", "filenameforall", "7"}, StubRow{"1 2 (s)", "writeobject ashow", "7"},
+        StubRow{"1 2 (s)", "cvrs", "7 ()"}, StubRow{"1 2 3", "defineresource", "7 0.000000"},
+        StubRow{"1 2 3", "inufill inueofill inustroke", "7 true"},
+        StubRow{"(s) [1] 1 2", "resourceforall", "7"},
+        StubRow{"1 2 3 4", "setbbox pathforall", "7"}, StubRow{"1 2 (a) (b)", "widthshow", "7"},
+        StubRow{"mark 1 2 3", "setcacheparams", "7"}, StubRow{"1 2 (a) 3 4 (b)", "awidthshow", "7"},
+        StubRow{"1 2 3 4 5 6", "setcachedevice", "7"},
+        // The two with an action of their own.
+        StubRow{"", "countdictstack", "7 3"}, StubRow{"1 dict begin", "countdictstack", "7 4"},
+        StubRow{"", "product", "7 (foliograph ps interpreter)"}));
+
+// A typed pop names its helper; what was popped before it stays popped.
+struct TypedPopRow {
+    const char* program;
+    const char* operators;
+    const char* error;
+    const char* stackAfter;
+};
+
+void PrintTo(const TypedPopRow& row, std::ostream* os) {
+    *os << '"' << row.program << "\" " << row.operators;
+}
+
+class GeneratedTypedPop : public ::testing::TestWithParam<TypedPopRow> {};
+
+TEST_P(GeneratedTypedPop, FailsWithTheHelperName) {
+    for (const std::string& op : words(GetParam().operators)) {
+        Session s;
+        failure_case::expectFailure(
+            s, FailureCase{(std::string(GetParam().program) + " " + op + " ").c_str(),
+                           GetParam().error, GetParam().stackAfter});
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, GeneratedTypedPop,
+    ::testing::Values(
+        TypedPopRow{"7 (s)",
+                    "srand setobjectformat execuserobject undefineuserobject vmreclaim "
+                    "setvmthreshold setcachelimit",
+                    "Expected ps_integer at popIntegerObject", "7"},
+        TypedPopRow{"", "srand", "Expected ps_integer at popIntegerObject", ""},
+        TypedPopRow{"7 1", "run deletefile currentdevparams token",
+                    "Expected ps_string at popStringObject", "7"},
+        TypedPopRow{"7 1", "echo upath", "Expected ps_boolean at popBooleanObject", "7"},
+        TypedPopRow{"7 1", "setblackgeneration setundercolorremoval dictstack execstack",
+                    "Expected ps_array at popArrayObject", "7"},
+        TypedPopRow{"7 1", "setcolorrendering shfill setpagedevice setsystemparams setuserparams",
+                    "Expected ps_dictionary at popDictionaryObject", "7"},
+        TypedPopRow{"7 1 (f)", "write", "Expected ps_integer at popIntegerObject", "7 1"},
+        TypedPopRow{"7 (s) 1", "writehexstring writestring printobject",
+                    "Expected ps_string at popStringObject", "7 (s)"},
+        TypedPopRow{"7 (a) 1", "renamefile", "Expected ps_string at popStringObject", "7 (a)"},
+        TypedPopRow{"7 1 (b)", "renamefile", "Expected ps_string at popStringObject", "7"},
+        TypedPopRow{"7 (s) (x)", "defineuserobject", "Expected ps_integer at popIntegerObject",
+                    "7"},
+        TypedPopRow{"7 (s) 1", "charpath", "Expected ps_boolean at popBooleanObject", "7 (s)"},
+        TypedPopRow{"7 1 btrue", "charpath", "Expected ps_string at popStringObject", "7"},
+        TypedPopRow{"7 1 (s)", "cshow kshow", "Expected ps_array at popArrayObject", "7"},
+        TypedPopRow{"7 1 1 dict", "setdevparams", "Expected ps_string at popStringObject", "7"},
+        TypedPopRow{"7 1 1", "setucacheparams", "Expected ps_mark at popMarkObject", "7"},
+        TypedPopRow{"7 (s) 2", "bitshift", "Expected ps_integer at popIntegerObject", "7"},
+        TypedPopRow{"7 1 1", "file", "Expected ps_string at popStringObject", "7"},
+        TypedPopRow{"7 1 (p)", "startjob", "Expected ps_boolean at popBooleanObject", "7"},
+        TypedPopRow{"7 1 [2]", "invertmatrix", "Expected ps_array at popArrayObject", "7"},
+        TypedPopRow{"7 1 (b)", "search", "Expected ps_string at popStringObject", "7"},
+        TypedPopRow{"7 (t) 1 1", "filenameforall", "Expected ps_array at popArrayObject", "7 (t)"},
+        TypedPopRow{"7 1 [1] 1", "filenameforall", "Expected ps_string at popStringObject", "7"},
+        TypedPopRow{"7 1 2 3", "writeobject ashow cvrs", "Expected ps_string at popStringObject",
+                    "7 1 2"},
+        TypedPopRow{"7 (s) 1 1 2", "resourceforall", "Expected ps_array at popArrayObject",
+                    "7 (s)"},
+        TypedPopRow{"7 1 [1] 1 2", "resourceforall", "Expected ps_string at popStringObject", "7"},
+        TypedPopRow{"7 1 2 3 (b)", "widthshow", "Expected ps_string at popStringObject", "7 1 2"},
+        TypedPopRow{"7 1 1 2 3", "setcacheparams", "Expected ps_mark at popMarkObject", "7"},
+        TypedPopRow{"7 mark 1 (s) 3", "setcacheparams", "Expected ps_integer at popIntegerObject",
+                    "7 -mark- 1"},
+        TypedPopRow{"7 1 2 3 3 4 (b)", "awidthshow", "Expected ps_string at popStringObject",
+                    "7 1 2"}));
 
 TEST(GeneratedLayer, ProductIsANewStringEachTime) {
     Session s;
@@ -79,53 +195,171 @@ TEST(GeneratedLayer, ProductIsANewStringEachTime) {
               static_cast<CompositeObject*>(st.at(1))->data);
 }
 
-TEST(GeneratedLayer, CountdictstackFollowsTheStack) {
-    Session s;
-    s.interpreter().dictionaries->push(s.interpreter().dictionaries->userDict->clone(nullptr));
-    ASSERT_TRUE(s.run("countdictstack "));
-    EXPECT_EQ(s.stackValues(), "4");
-}
-
-// The layers: which class answers each name after start-up.
-TEST(OperatorLayers, CountsAndWinners) {
-    Session s;
-    DictionarySet& set = *s.interpreter().dictionaries;
-    ASSERT_EQ(set.generatedNames.size(), 315u);
-    EXPECT_EQ(set.generatedNames.front(), "add");
-    EXPECT_EQ(set.generatedNames.back(), "ucachestatus");
-    EXPECT_EQ(std::set<std::string>(set.generatedNames.begin(), set.generatedNames.end()).size(),
-              315u);
-    // The language layer replaced generated forms, in its own order; "known"
-    // is the first of its names that has one.
-    ASSERT_FALSE(set.replacedNames.empty());
-    EXPECT_EQ(set.replacedNames.front(), "known");
-
-    std::size_t generated = 0, values = 0, language = 0;
-    for (const auto& [name, value] : set.systemData->entries) {
-        if (dynamic_cast<GeneratedOperator*>(value)) ++generated;
-        else if (value->type == ps_name) ++language;
-        else ++values;
-    }
-    EXPECT_EQ(values, 6u); // systemdict globaldict userdict errordict languagelevel version
-    EXPECT_EQ(language, set.replacedNames.size() + 24)
-        << "language operators: those that replaced a generated form, and the 24 built "
-           "here that have none";
-    EXPECT_EQ(generated + set.replacedNames.size() + 5, 315u);
-
-    struct Winner {
-        const char* name;
-        bool generatedClass;
+// The virtual of a stub gets its operands deepest first, then the results
+// already pushed.
+TEST(GeneratedLayer, VirtualSeesOperandsDeepestFirstThenResults) {
+    struct Recorder : ImplementedGenOps {
+        using ImplementedGenOps::ImplementedGenOps;
+        void record(Objects operands, Objects results) {
+            for (PostscriptObject* object : operands)
+                seen.append(object->doubleEqualsText()).append(" ");
+            seen += "->";
+            for (PostscriptObject* object : results)
+                seen.append(" ").append(object->doubleEqualsText());
+            seen += ";";
+        }
+        void awidthshow(Objects operands, Objects results) override { record(operands, results); }
+        void search(Objects operands, Objects results) override { record(operands, results); }
+        std::string seen;
     };
-    for (Winner w : {Winner{"add", false}, Winner{"roll", false}, Winner{"eq", false},
-                     Winner{"cvs", false}, Winner{"stack", false}, Winner{"==", false},
-                     Winner{"btrue", true}, Winner{"quit", true}, Winner{"countdictstack", true},
-                     Winner{"product", true}, Winner{"search", true}, Winner{"setpagedevice", true}}) {
-        PostscriptObject* value = set.systemData->findText(w.name);
-        ASSERT_NE(value, nullptr) << w.name;
-        EXPECT_EQ(dynamic_cast<GeneratedOperator*>(value) != nullptr, w.generatedClass) << w.name;
-    }
-    EXPECT_EQ(set.systemData->findText("languagelevel")->describe(), "ps_integer 2");
-    EXPECT_EQ(set.systemData->findText("userdict"), set.userDict);
+    Session s;
+    auto recorder = std::make_unique<Recorder>(&s.interpreter());
+    Recorder& seen = *recorder;
+    s.interpreter().generatedOps = std::move(recorder);
+    ASSERT_TRUE(s.run("1 2 (a) 3 4 (b) awidthshow (x) (y) search "));
+    EXPECT_EQ(seen.seen, "1 2 (a) 3 4 (b) ->;(x) (y) -> 0.000000 0.000000 0.000000 true;");
 }
+
+// The cvs override can't be reached through the dictionaries: call it.
+TEST(GeneratedLayer, CvsOverrideStoresTheEqualsText) {
+    Session s;
+    Popped<> operand(new RealObject(1.5));
+    Popped<StringObject> result(s.interpreter().makeString("old"));
+    PostscriptObject* operands[] = {operand.get()};
+    PostscriptObject* results[] = {result.get()};
+    s.interpreter().generatedOps->cvs(operands, results);
+    EXPECT_EQ(result->text(), "--nostringval--");
+}
+
+// The layers as the design lists them.
+const char* const generatedLayer =
+    "add div idiv mod mul sub abs neg ceiling floor round truncate sqrt atan cos sin exp ln log "
+    "rand srand rrand array length astore aload forall packedarray setpacking currentpacking "
+    "dict maxlength begin end def load store undef known currentdict errordict userdict "
+    "globaldict statusdict countdictstack dictstack cleardictstack string get getinterval "
+    "putinterval anchorsearch search token eq ne ge gt le lt and not or xor btrue bfalse "
+    "bitshift exec repeat loop exit stop stopped countexecstack execstack quit start type cvlit "
+    "cvx xcheck executeonly noaccess readonly rcheck wcheck cvi cvn cvr cvrs cvs file filter "
+    "closefile read write readhexstring writehexstring readstring writestring readline "
+    "bytesavailable flush flushfile resetfile status run currentfile deletefile renamefile "
+    "filenameforall setfileposition fileposition print stack pstack printobject writeobject "
+    "setobjectformat currentobjectformat defineresource undefineresource findresource "
+    "findcolorrendering resourcestatus resourceforall save restore setglobal currentglobal "
+    "gcheck startjob defineuserobject execuserobject undefineuserobject UserObjects bind null "
+    "version realtime usertime languagelevel product revision serialnumber executive echo "
+    "prompt gsave grestore clipsave cliprestore grestoreall initgraphics gstate setgstate "
+    "currentgstate setlinewidth currentlinewidth setlinecap currentlinecap setlinejoin "
+    "currentlinejoin setmiterlimit currentmiterlimit setstrokeadjust currentstrokeadjust "
+    "setdash currentdash setcolorspace currentcolorspace setcolor currentcolor setgray "
+    "currentgray sethsbcolor currenthsbcolor setrgbcolor setcmykcolor currentcmykcolor "
+    "sethalftone currenthalftone setscreen currentscreen setcolorscreen currentcolorscreen "
+    "settransfer currenttransfer setcolortransfer currentcolortransfer setblackgeneration "
+    "currentblackgeneration setundercolorremoval currentundercolorremoval setcolorrendering "
+    "currentcolorrendering setflat currentflat setoverprint currentoverprint setsmoothness "
+    "currentsmoothness matrix initmatrix identmatrix defaultmatrix currentmatrix setmatrix "
+    "translate scale rotate concat concatmatrix transform dtransform itransform idtransform "
+    "invertmatrix newpath currentpoint moveto rmoveto lineto rlineto arc arcn arct arcto "
+    "curveto rcurveto closepath flattenpath reversepath strokepath ustrokepath charpath uappend "
+    "clippath setbbox pathbbox pathforall upath initclip clip eoclip rectclip ucache erasepage "
+    "stroke fill eofill rectstroke rectfill ustroke ufill ueofill shfill image colorimage "
+    "imagemask infill ineofill inufill inueofill instroke inustroke makepattern setpattern "
+    "execform showpage copypage setpagedevice currentpagedevice nulldevice definefont "
+    "undefinefont findfont scalefont makefont setfont rootfont currentfont selectfont show "
+    "ashow widthshow awidthshow xshow xyshow yshow glyphshow stringwidth cshow kshow "
+    "FontDirectory GlobalFontDirectory ISOLatinEncoding findencoding setcachedevice "
+    "setcharwidth setsystemparams currentsystemparams setuserparams currentuserparams "
+    "setdevparams currentdevparams vmreclaim setvmthreshold vmstatus cachestatus setcachelimit "
+    "setcacheparams currentcacheparams setucacheparams ucachestatus";
+
+const char* const languageLayer =
+    "{ } [ ] mark cleartomark counttomark where known ifelse if true false null not and or xor "
+    "pop ge gt eq ne lt le dup put get store dict undef currentdict begin def for forall loop "
+    "repeat exit end sub add mul div idiv cos sin atan sqrt neg abs mod bind matrix identmatrix "
+    "concatmatrix clear count cleardictstack exch roll index load currentfile read readline "
+    "readhexstring currentglobal setglobal filter string readstring stopped stop exec cvx "
+    "xcheck array packedarray setpacking currentpacking floor ceiling round copy readonly aload "
+    "astore type cvr cvi cvn cvs length maxlength putinterval getinterval stack = == vmstatus "
+    "statusdict definefont resourcestatus anchorsearch getdoubles";
+
+// Of the language layer, these come with the file, matrix, status and resource
+// operators; until then their generated forms stand. Shrinks as they arrive.
+const char* const languageLater =
+    "matrix identmatrix concatmatrix currentfile read readline readhexstring currentglobal "
+    "setglobal filter readstring vmstatus statusdict definefont resourcestatus getdoubles";
+
+// Which layer answers each name after start-up, and how many each one wins.
+TEST(OperatorLayers, CountsAndWinners) {
+    Interpreter interpreter;
+    DictionarySet& set = *interpreter.dictionaries;
+    const std::vector<std::string> generated = words(generatedLayer);
+    const std::vector<std::string> language = words(languageLayer);
+    const std::vector<std::string> laterList = words(languageLater);
+    const std::set<std::string> later(laterList.begin(), laterList.end());
+    const std::set<std::string> generatedSet(generated.begin(), generated.end());
+    const std::set<std::string> values = {"errordict", "userdict", "globaldict", "languagelevel",
+                                          "version"};
+    ASSERT_EQ(generated.size(), 315u);
+    ASSERT_EQ(language.size(), 106u);
+
+    EXPECT_EQ(set.generatedNames, generated);
+    std::vector<std::string> replaced;
+    for (const std::string& name : language)
+        if (generatedSet.count(name) && !later.count(name)) replaced.push_back(name);
+    EXPECT_EQ(set.replacedNames, replaced);
+
+    std::size_t generatedWins = 0, languageWins = 0, valueWins = 0;
+    std::set<std::string> names(generated.begin(), generated.end());
+    names.insert(language.begin(), language.end());
+    for (const std::string& name : names) {
+        PostscriptObject* value = set.systemData->find(name);
+        if (name == "getdoubles") {
+            EXPECT_EQ(value, nullptr) << "no generated form to stand in for it";
+            continue;
+        }
+        ASSERT_NE(value, nullptr) << name;
+        auto* op = dynamic_cast<NameObject*>(value);
+        if (values.count(name)) {
+            EXPECT_EQ(op, nullptr) << name;
+            ++valueWins;
+            continue;
+        }
+        ASSERT_NE(op, nullptr) << name;
+        EXPECT_EQ(op->text(), name);
+        const bool byLanguage =
+            !later.count(name) && std::count(language.begin(), language.end(), name);
+        EXPECT_EQ(dynamic_cast<GeneratedOperator*>(value) == nullptr, byLanguage) << name;
+        ++(byLanguage ? languageWins : generatedWins);
+    }
+    EXPECT_EQ(languageWins, 90u);
+    EXPECT_EQ(generatedWins, 244u);
+    EXPECT_EQ(valueWins, 5u);
+    // The operators, the five values and systemdict itself: nothing else.
+    EXPECT_EQ(set.systemData->entries.size(), 90u + 244u + 5u + 1u);
+    EXPECT_EQ(set.systemData->findText("systemdict"), set.systemDict);
+    EXPECT_EQ(set.systemData->findText("userdict"), set.userDict);
+    EXPECT_EQ(set.systemData->findText("globaldict"), set.globalDict);
+    EXPECT_EQ(set.systemData->findText("errordict"), set.errorDict);
+    EXPECT_TRUE(set.userData->entries.empty());
+    EXPECT_TRUE(set.globalData->entries.empty());
+    EXPECT_TRUE(set.errorData->entries.empty());
+}
+
+// The values that replace generated forms, seen from a program.
+class SystemdictValues : public eval_case::EvalTable {};
+
+TEST_P(SystemdictValues, Evaluate) {
+    EXPECT_EQ(eval(GetParam().program), GetParam().result);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Start, SystemdictValues,
+    ::testing::Values(eval_case::Case{"languagelevel version ", "2 (49)"},
+                      eval_case::Case{"version length /version load type ", "2 stringtype"},
+                      eval_case::Case{"/languagelevel load type ", "integertype"},
+                      eval_case::Case{"userdict /x 5 put x ", "5"},
+                      eval_case::Case{"globaldict /x 5 put x ", "5"},
+                      eval_case::Case{"systemdict /x 5 put x ", "5"},
+                      // errordict is not on the dictionary stack.
+                      eval_case::Case{"errordict /x 5 put x ", "(x)"}));
 
 } // namespace

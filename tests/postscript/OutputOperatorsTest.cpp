@@ -10,7 +10,9 @@ struct Case {
     const char* output;
 };
 
-void PrintTo(const Case& c, std::ostream* os) { *os << '"' << c.program << '"'; }
+void PrintTo(const Case& c, std::ostream* os) {
+    *os << '"' << c.program << '"';
+}
 
 class Output : public ::testing::TestWithParam<Case> {};
 
@@ -23,16 +25,20 @@ TEST_P(Output, WritesStdout) {
     PSClose(h);
 }
 
-INSTANTIATE_TEST_SUITE_P(Printing, Output, ::testing::Values(
-    // "=" has text only for integers, booleans, names and strings.
-    Case{"1 = (ab) = /n = 1.5 = btrue = ", "1\nab\nn\n--nostringval--\ntrue\n"},
-    Case{"{ 1 2 } = userdict = ", "--nostringval--\n--nostringval--\n"},
-    Case{"1.5 == (a b) == /n == { 1 (s) { x } } == ", "1.500000\n(a b)\nn\n[1 (s) [x ] ]\n"},
-    Case{"userdict == currentcacheparams == == == == ", "-dict-\n0\n0\n0\n-mark-\n"},
-    Case{"(a\\000b) = (a\\000b) == ", "a\n(a)\n"},
-    // stack prints top first and changes nothing.
-    Case{"1 (two) /three stack stack ", "three\n(two)\n1\nthree\n(two)\n1\n"},
-    Case{"stack ", ""}));
+INSTANTIATE_TEST_SUITE_P(
+    Printing, Output,
+    ::testing::Values(
+        // "=" has text only for integers, booleans, names and strings.
+        Case{"1 = (ab) = /n = 1.5 = btrue = ", "1\nab\nn\n--nostringval--\ntrue\n"},
+        Case{"{ 1 2 } = userdict = ", "--nostringval--\n--nostringval--\n"},
+        Case{"1.5 == (a b) == /n == { 1 (s) { x } } == ", "1.500000\n(a b)\nn\n[1 (s) [x ] ]\n"},
+        Case{"userdict == currentcacheparams == == == == ", "-dict-\n0\n0\n0\n-mark-\n"},
+        Case{"(a\\000b) = (a\\000b) == ", "a\n(a)\n"},
+        // An operator prints as its name; pstack is a stub that prints nothing.
+        Case{"mark == null == /add load == /add load = 1 pstack ", "-mark-\nnull\nadd\nadd\n"},
+        // stack prints top first and changes nothing.
+        Case{"1 (two) /three stack stack ", "three\n(two)\n1\nthree\n(two)\n1\n"},
+        Case{"stack ", ""}));
 
 TEST(OutputOperators, StdoutHoldsTheLastBufferOnly) {
     const float identity[6] = {1, 0, 0, 1, 0, 0};
@@ -40,7 +46,8 @@ TEST(OutputOperators, StdoutHoldsTheLastBufferOnly) {
     ASSERT_STREQ(PSExecuteReturnStdOut(h, "1 2 stack ", 0xFFFFFFFFu), "2\n1\n");
     ASSERT_STREQ(PSExecuteReturnStdOut(h, "= ", 2), "2\n");
     EXPECT_EQ(PSExecuteReturnStdOut(h, "= = ", 4), nullptr);
-    EXPECT_NE(std::string(PSGetErrorStr(h)).find("pop - expected item on stack"), std::string::npos);
+    EXPECT_NE(std::string(PSGetErrorStr(h)).find("pop - expected item on stack"),
+              std::string::npos);
     PSClose(h);
 }
 

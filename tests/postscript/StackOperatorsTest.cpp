@@ -100,7 +100,12 @@ INSTANTIATE_TEST_SUITE_P(
         FailureCase{"1 2 (a) 1 roll ", "Illegal param type passed to roll operator", "1 2"},
         FailureCase{"1 2 3 copy ", "object not on stack", "1 2"},
         FailureCase{"1 [1] (b) copy ", "expected parms to be the same for copy operator", "1"},
-        FailureCase{"1 2 5 index ", "Indexed object not on stack", "1 2"}));
+        FailureCase{"1 2 5 index ", "Indexed object not on stack", "1 2"},
+        FailureCase{"1 2 (a) index ", "Illegal param type passed to index operator", "1 2"},
+        // Both roll operands are off the stack before either is checked.
+        FailureCase{"1 2 3 (x) roll ", "Illegal param type passed to roll operator", "1 2"},
+        FailureCase{"1 exch ", "pop - expected item on stack", ""},
+        FailureCase{"1 (a) (b) copy ", "unsupported copy type", "1"}));
 
 TEST(StackOperatorsDup, ClonesAScalarIntoANewObject) {
     Session s;
