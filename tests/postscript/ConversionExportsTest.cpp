@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <new>
 #include <string>
 
 namespace {
@@ -125,5 +126,88 @@ TEST(ConversionExports, TwoHandlesAreIndependent) {
     EXPECT_EQ(translator(b.h).interpreter->operandStack->size(), 0u);
     EXPECT_STREQ(PSGetErrorStr(a.h), "");
 }
+
+// The three exports that run a buffer, each as a call that gives its result
+// and, where the export has one, its length or count in n. The text is
+// NUL-terminated, and a length of all ones has it measured.
+struct RunExport {
+    const char* name;
+    const void* (*call)(PSHandle, const char* text, uint32_t& n);
+    bool writesN;
+};
+
+void PrintTo(const RunExport& e, std::ostream* os) {
+    *os << e.name;
+}
+
+const RunExport runExports[] = {
+    {"PSConvertToPdf",
+     [](PSHandle h, const char* text, uint32_t& n) -> const void* {
+         return PSConvertToPdf(h, reinterpret_cast<const unsigned char*>(text), &n);
+     },
+     true},
+    {"PSExecuteReturnStdOut",
+     [](PSHandle h, const char* text, uint32_t&) -> const void* {
+         return PSExecuteReturnStdOut(h, text, static_cast<uint32_t>(std::strlen(text)));
+     },
+     false},
+    {"PSExecuteReturnDoubles",
+     [](PSHandle h, const char* text, uint32_t& n) -> const void* {
+         return PSExecuteReturnDoubles(h, text, &n);
+     },
+     true},
+};
+
+// What the runtime throws when memory runs out, from inside a run.
+class ExhaustingOperator : public NameObject {
+public:
+    using NameObject::NameObject;
+    void execute(Interpreter&) override { throw std::bad_alloc(); }
+};
+
+class RunExports : public ::testing::TestWithParam<RunExport> {};
+
+TEST_P(RunExports, EmptyTheContentOfTheLastCall) {
+    Handle h;
+    translator(h.h).contentText = "stale content";
+    uint32_t n = 0xFFFFFFFFu;
+    GetParam().call(h.h, "1 ", n);
+    EXPECT_EQ(translator(h.h).contentText, "");
+}
+
+TEST_P(RunExports, FailureGivesNullKeepsTheCountAndReportsText) {
+    Handle h;
+    uint32_t n = 0xFFFFFFFFu;
+    EXPECT_EQ(GetParam().call(h.h, "1 2 } 3 ", n), nullptr);
+    if (GetParam().writesN) {
+        EXPECT_EQ(n, 0xFFFFFFFFu);
+    }
+    std::string error = PSGetErrorStr(h.h);
+    EXPECT_EQ(error.rfind("Exception:[", 0), 0u) << error;
+    EXPECT_EQ(error.substr(error.find("] ")), "] Expected ps_array at Mark execute\n");
+    EXPECT_EQ(translator(h.h).interpreter->operandStack->size(), 2u);
+}
+
+// Out of memory and the like pass the guard of the run and stop at the
+// export: a null result, and the error text of before.
+TEST_P(RunExports, OtherExceptionsStopAtTheExportWithoutText) {
+    Handle h;
+    Interpreter& in = *translator(h.h).interpreter;
+    in.registerOperator(new ExhaustingOperator(in.intern("exhaust")));
+    uint32_t n = 1;
+    ASSERT_EQ(PSConvertToPdf(h.h, reinterpret_cast<const unsigned char*>("}"), &n), nullptr);
+    std::string before = PSGetErrorStr(h.h);
+    n = 0xFFFFFFFFu;
+    EXPECT_EQ(GetParam().call(h.h, "1 exhaust 2 ", n), nullptr);
+    if (GetParam().writesN) {
+        EXPECT_EQ(n, 0xFFFFFFFFu);
+    }
+    EXPECT_EQ(PSGetErrorStr(h.h), before);
+    // The handle goes on.
+    EXPECT_NE(PSExecuteReturnStdOut(h.h, "3 ", 2), nullptr);
+    EXPECT_EQ(in.operandStack->size(), 2u);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RunExports, ::testing::ValuesIn(runExports));
 
 } // namespace

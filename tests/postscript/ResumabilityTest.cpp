@@ -155,7 +155,7 @@ TEST(Resumability, ManyWaySplitsMatchOneBuffer) {
     for (std::string_view program : corpus) {
         Outcome whole = run(program, {});
         auto objects = scanAll(program);
-        for (int round = 0; round < 40; ++round) {
+        for (int round = 0; round < 24; ++round) {
             auto cuts = randomCuts(random, program.size(), 8);
             ASSERT_EQ(run(program, cuts), whole) << ::testing::PrintToString(program);
             ASSERT_EQ(scanAll(program, cuts), objects) << ::testing::PrintToString(program);
