@@ -42,7 +42,17 @@ INSTANTIATE_TEST_SUITE_P(
                       // like execute into it, dictionaries push themselves.
                       RunCase{"languagelevel version ", "2 (49)"}, RunCase{"userdict ", "-dict-"},
                       // Immediately evaluated names inside a procedure are resolved at scan time.
-                      RunCase{"{ //languagelevel } ", "[2 ]"}));
+                      RunCase{"{ //languagelevel } ", "[2 ]"},
+                      // A procedure keeps its elements as scanned: names executable or
+                      // literal, inner procedures literal; the finished one is literal.
+                      RunCase{"{ y } 0 get xcheck { /y } 0 get xcheck { { } } 0 get xcheck "
+                              "{ } xcheck ",
+                              "true false false false"},
+                      // A mark that reaches the loop as an object vanishes.
+                      RunCase{"mark 5 2 array astore cvx exec ", "5"},
+                      // A procedure run inside itself: the inner run resets the position
+                      // and ends it, so the outer entry lands on the stack as an array.
+                      RunCase{"/p { 1 r 2 } def /r { /r { } def p } def p ", "1 1 2 [1 r 2 ]"}));
 
 TEST(RunLoopProcedures, ProcedureFromDictionaryRunsItsElements) {
     Session s;
