@@ -1,5 +1,7 @@
 #include "support/TestSupport.h"
 
+#include "EvalCase.h"
+
 #include "ArrayObject.h"
 #include "DictionaryObject.h"
 #include "DictionarySet.h"
@@ -127,6 +129,25 @@ TEST(ObjectClone, ValuesCopyCompositesShareTheirBody) {
     EXPECT_NE(integer.get(), integerCopy.get());
     EXPECT_EQ(integerCopy->describe(), "ps_integer 5");
 }
+
+// dup takes clone: numbers and booleans come back with the attribute of a new
+// object, a literal name's clone is executable, composites keep theirs.
+class CloneAttributes : public eval_case::EvalTable {};
+
+TEST_P(CloneAttributes, OfCopyThenOriginal) {
+    EXPECT_EQ(testing_support::eval(GetParam().program), GetParam().result);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, CloneAttributes,
+    ::testing::Values(eval_case::Case{"5 cvx dup xcheck exch xcheck ", "false true"},
+                      eval_case::Case{"1.5 cvx dup xcheck exch xcheck ", "false true"},
+                      eval_case::Case{"/n dup xcheck exch xcheck ", "true false"},
+                      eval_case::Case{"(s) cvx dup xcheck exch xcheck ", "true true"},
+                      eval_case::Case{"{ } cvx dup xcheck exch xcheck ", "true true"},
+                      eval_case::Case{"true dup xcheck exch pop null dup xcheck exch pop "
+                                      "mark dup xcheck exch pop ",
+                                      "true true true"}));
 
 TEST(ObjectStackRules, FailuresAndCounting) {
     ObjectStack stack("Operand Stack");
