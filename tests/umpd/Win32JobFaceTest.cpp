@@ -28,7 +28,50 @@ std::wstring w(const std::u16string& s) {
     return std::wstring(s.begin(), s.end());
 }
 
+// The system's platform with its boxes and debug output caught: every test here uses it,
+// so that no box can wait for a user, whatever the display.
+class CaughtReports : public platform::Platform, private platform::Reporter {
+public:
+    CaughtReports() { platform::setCurrent(this); }
+    ~CaughtReports() override { platform::setCurrent(nullptr); }
+    CaughtReports(const CaughtReports&) = delete;
+    CaughtReports& operator=(const CaughtReports&) = delete;
+
+    platform::Registry& registry() override { return real().registry(); }
+    platform::Spooler& spooler() override { return real().spooler(); }
+    platform::Kernel& kernel() override { return real().kernel(); }
+    platform::Processes& processes() override { return real().processes(); }
+    platform::Security& security() override { return real().security(); }
+    platform::System& system() override { return real().system(); }
+    platform::Reporter& reporter() override { return *this; }
+    platform::FileSystem& files() override { return real().files(); }
+
+    struct Box {
+        std::u16string text, caption;
+        std::uint32_t style;
+    };
+    std::vector<Box> boxes;
+    std::vector<std::string> debug;
+
+private:
+    static platform::Platform& real() { return platform::systemPlatform(); }
+    int messageBox(const std::u16string& text, const std::u16string& caption,
+                   std::uint32_t style) override {
+        boxes.push_back({text, caption, style});
+        return IDOK;
+    }
+    int messageBoxA(const std::string& text, const std::string& caption,
+                    std::uint32_t style) override {
+        return messageBox(platform::fromUtf8(text), platform::fromUtf8(caption), style);
+    }
+    void debugOutput(std::string_view text) override { debug.emplace_back(text); }
+    void debugOutputW(const std::u16string& text) override {
+        debug.push_back(platform::toUtf8(text));
+    }
+};
+
 TEST(Win32Spooler, PortFormsResolveToPrintersOfOurDriver) {
+    CaughtReports reports;
     ASSERT_TRUE(addSystemPrinter(u"Kel Other Make", u"Kel Other Driver", u"\\\\kelsrv\\kelport"));
     ASSERT_TRUE(addSystemPrinter(u"Kel Port Printer", productDriver, u"\\\\kelsrv\\kelport"));
     ASSERT_TRUE(addSystemPrinter(u"Kel File Printer", productDriver, u"FILE:"));
@@ -107,6 +150,7 @@ void expectOpenAndLowLabel(HANDLE h) {
 }
 
 TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
+    CaughtReports reports;
     ASSERT_GE(getOsMajorVersion(), 6u); // Wine's default system, which takes the label
     SecurityAttributesHolder holder;
     auto* sa = makeSecurityAttributes(holder);
@@ -122,49 +166,8 @@ TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
     ASSERT_TRUE(ipc.mapSharedMemory());
     ASSERT_TRUE(ipc.shared.created);
     expectOpenAndLowLabel(OpenFileMappingW(READ_CONTROL, FALSE, w(ipc.sharedMemoryName).c_str()));
+    EXPECT_TRUE(reports.boxes.empty() && reports.debug.empty());
 }
-
-// The system's platform with its boxes and debug output caught, so that no box can wait
-// for a user.
-class CaughtReports : public platform::Platform, private platform::Reporter {
-public:
-    CaughtReports() { platform::setCurrent(this); }
-    ~CaughtReports() override { platform::setCurrent(nullptr); }
-    CaughtReports(const CaughtReports&) = delete;
-    CaughtReports& operator=(const CaughtReports&) = delete;
-
-    platform::Registry& registry() override { return real().registry(); }
-    platform::Spooler& spooler() override { return real().spooler(); }
-    platform::Kernel& kernel() override { return real().kernel(); }
-    platform::Processes& processes() override { return real().processes(); }
-    platform::Security& security() override { return real().security(); }
-    platform::System& system() override { return real().system(); }
-    platform::Reporter& reporter() override { return *this; }
-    platform::FileSystem& files() override { return real().files(); }
-
-    struct Box {
-        std::u16string text, caption;
-        std::uint32_t style;
-    };
-    std::vector<Box> boxes;
-    std::vector<std::string> debug;
-
-private:
-    static platform::Platform& real() { return platform::systemPlatform(); }
-    int messageBox(const std::u16string& text, const std::u16string& caption,
-                   std::uint32_t style) override {
-        boxes.push_back({text, caption, style});
-        return IDOK;
-    }
-    int messageBoxA(const std::string& text, const std::string& caption,
-                    std::uint32_t style) override {
-        return messageBox(platform::fromUtf8(text), platform::fromUtf8(caption), style);
-    }
-    void debugOutput(std::string_view text) override { debug.emplace_back(text); }
-    void debugOutputW(const std::u16string& text) override {
-        debug.push_back(platform::toUtf8(text));
-    }
-};
 
 TEST(Win32Services, SpoolerIdentityAndDomainController) {
     CaughtReports reports;
@@ -272,6 +275,7 @@ std::string hexImage(const LauncherStruct& m) {
 }
 
 TEST(Win32Launcher, MessagesArriveByteForByte) {
+    CaughtReports reports;
     LauncherPeerProcess peer;
     ASSERT_TRUE(peer.running) << "kelmsnd did not start";
     CitrixLauncherProxy proxy(1);
@@ -282,6 +286,7 @@ TEST(Win32Launcher, MessagesArriveByteForByte) {
     ASSERT_TRUE(proxy.sendPrinterCleanup(u"Kel Printer"));
     ASSERT_TRUE(proxy.stopLauncher());
     EXPECT_EQ(peer.exitCode(10000), 0u); // the empty command stops it
+    EXPECT_TRUE(reports.boxes.empty());
 
     // What the record must hold at each message: fields written over the launcher's
     // fresh (zeroed) mapping, with what earlier messages left behind.
@@ -313,10 +318,12 @@ TEST(Win32Launcher, MessagesArriveByteForByte) {
 }
 
 TEST(Win32Launcher, MissingLauncherIsFoundMissing) {
+    CaughtReports reports;
     CitrixLauncherProxy proxy(1);
     EXPECT_FALSE(proxy.isRunning());
     EXPECT_FALSE(sendStartPrint(proxy.comms(), u"Kel Printer"));
     EXPECT_TRUE(proxy.comms().shared.created); // the record was made, and nobody listens
+    EXPECT_TRUE(reports.boxes.empty());
 }
 
 } // namespace
