@@ -89,12 +89,18 @@ TEST_F(DomainController, FailuresLeaveAnEmptyName) {
 }
 
 TEST_F(DomainController, UnmappableRecordGivesEmptyForGood) {
-    fake.fail(Call::CreateFileMapping);
-    DomainControllerLookup lookup;
-    EXPECT_EQ(lookup.lookup(), u"");
-    fake.clearFailures();
-    EXPECT_EQ(lookup.lookup(), u""); // set up once per process
-    EXPECT_EQ(fake.callCount(Call::LoadNetApi), 0);
+    for (auto call : {Call::CreateFileMapping, Call::MapViewOfFile}) {
+        platform::FakePlatform local;
+        platform::setCurrent(&local);
+        local.fail(call);
+        DomainControllerLookup lookup;
+        EXPECT_EQ(lookup.lookup(), u"");
+        local.clearFailures();
+        EXPECT_EQ(lookup.lookup(), u""); // set up once per process
+        EXPECT_EQ(local.callCount(Call::LoadNetApi), 0);
+        EXPECT_FALSE(local.exists(u"Local\\DomainControllerData"));
+        platform::setCurrent(&fake);
+    }
 }
 
 TEST_F(DomainController, RecordIsSetUpWithTheHolderNotAtFirstUse) {
