@@ -4,13 +4,21 @@
 #include "Interpreter.h"
 #include "StringObject.h"
 
+#include <algorithm>
+
 const NameAtom* NameTable::intern(std::string_view text) {
     auto found = atoms_.find(text);
     if (found != atoms_.end()) return found->second.get();
+    if (atoms_.size() >= sweepAt_) sweep();
     auto atom = std::make_unique<NameAtom>(text);
     const NameAtom* result = atom.get();
     atoms_.emplace(std::string(text), std::move(atom));
     return result;
+}
+
+void NameTable::sweep() {
+    std::erase_if(atoms_, [](const auto& entry) { return entry.second->users == 0; });
+    sweepAt_ = std::max(smallestSweep, 2 * atoms_.size());
 }
 
 void NameTable::keyChanged(std::string_view text) {

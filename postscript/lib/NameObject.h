@@ -17,8 +17,15 @@ struct NameAtom {
     // cacheStamp equals the table's stamp.
     mutable PostscriptObject* cachedValue = nullptr;
     mutable uint64_t cacheStamp = 0;
+    // Name objects on this entry; an entry nobody uses may be swept.
+    mutable uint32_t users = 0;
 };
 
+// The entries live while name objects use them. Entries that no name uses
+// any more are swept whenever the table has doubled since the last sweep, so
+// a stream of names that are used once (data scanned as tokens after a
+// failure, say) cannot grow it without bound, while the names a program keeps
+// using keep their cached look-ups.
 class NameTable {
 public:
     const NameAtom* intern(std::string_view text);
@@ -33,6 +40,10 @@ public:
     uint64_t stamp = 1;
 
 private:
+    void sweep();
+
+    static constexpr std::size_t smallestSweep = 4096;
+    std::size_t sweepAt_ = smallestSweep;
     struct Hash {
         using is_transparent = void;
         std::size_t operator()(std::string_view s) const noexcept {
@@ -47,7 +58,10 @@ private:
 class NameObject : public PostscriptObject {
 public:
     explicit NameObject(const NameAtom* atom, bool executable = true)
-        : PostscriptObject(ps_name, executable), atom(atom) {}
+        : PostscriptObject(ps_name, executable), atom(atom) {
+        ++atom->users;
+    }
+    ~NameObject() override { --atom->users; }
 
     const std::string& text() const { return atom->text; }
 
