@@ -102,19 +102,13 @@ std::optional<std::string> FakePlatform::fileText(const std::u16string& path) co
     return std::string(it->second->bytes.begin(), it->second->bytes.end());
 }
 
-std::optional<std::string> FakePlatform::profileText(const std::u16string& file) {
-    auto it = files_.find(foldCase(file));
-    if (it == files_.end()) return std::nullopt;
-    return std::string(it->second->bytes.begin(), it->second->bytes.end());
-}
-
 // A profile file as the system reads one: "[section]" lines, then "key=value" lines;
 // names compare without case, blanks around keys and values do not count.
 std::vector<std::u16string> FakePlatform::sectionLines(const std::u16string& file,
                                                        const std::u16string& section,
                                                        std::size_t bufferChars) {
     std::vector<std::u16string> lines;
-    auto text = profileText(file);
+    auto text = fileText(file);
     if (!text) return lines;
     auto wide = fromUtf8(*text);
     bool inSection = false;

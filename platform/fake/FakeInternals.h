@@ -19,6 +19,13 @@ struct DescriptorState {
 struct FakePlatform::RegistryNode {
     std::map<std::u16string, std::unique_ptr<RegistryNode>> children; // by folded name
     std::vector<std::pair<std::u16string, RegistryValue>> values;     // in the order written
+
+    // The key at path below this one, or null; with create, the missing keys are made and
+    // created tells whether any was.
+    RegistryNode* walk(const std::u16string& path, bool create, bool* created = nullptr);
+    // Value names compare without case.
+    RegistryValue* find(std::u16string_view name);
+    void set(const std::u16string& name, const RegistryValue& value);
 };
 
 struct FakePlatform::NamedObject {

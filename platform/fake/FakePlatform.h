@@ -273,14 +273,12 @@ private:
     std::uint32_t profileInt(const std::u16string& file, const std::u16string& section,
                              const std::u16string& key, std::int32_t fallback) override;
 
-    RegistryNode& node(RegistryRoot root, const std::u16string& path);
     std::shared_ptr<NamedObject> findObject(const std::u16string& name) const;
     // kind is a NamedObject::Kind; both set lastError() as the kernel would.
     std::shared_ptr<NamedObject> openNamed(int kind, const std::u16string& name);
     std::shared_ptr<NamedObject> createNamed(int kind, const std::u16string& name,
                                              const SecurityAttributes* attributes, bool& fresh);
     void nameObject(const std::u16string& name, const std::shared_ptr<NamedObject>& object);
-    std::optional<std::string> profileText(const std::u16string& file);
     std::vector<std::u16string> sectionLines(const std::u16string& file,
                                              const std::u16string& section,
                                              std::size_t bufferChars);

@@ -20,6 +20,35 @@ std::vector<std::u16string> splitPath(const std::u16string& path) {
 }
 } // namespace
 
+FakePlatform::RegistryNode* FakePlatform::RegistryNode::walk(const std::u16string& path,
+                                                             bool create, bool* created) {
+    auto* node = this;
+    for (const auto& part : splitPath(path)) {
+        auto key = foldCase(part);
+        auto it = node->children.find(key);
+        if (it == node->children.end()) {
+            if (!create) return nullptr;
+            it = node->children.emplace(key, std::make_unique<RegistryNode>()).first;
+            if (created) *created = true;
+        }
+        node = it->second.get();
+    }
+    return node;
+}
+
+RegistryValue* FakePlatform::RegistryNode::find(std::u16string_view name) {
+    for (auto& [key, value] : values)
+        if (equalsIgnoreCase(key, name)) return &value;
+    return nullptr;
+}
+
+void FakePlatform::RegistryNode::set(const std::u16string& name, const RegistryValue& value) {
+    if (auto* stored = find(name))
+        *stored = value;
+    else
+        values.emplace_back(name, value);
+}
+
 class FakeKey : public RegistryKey {
 public:
     FakeKey(FakePlatform& fake, FakePlatform::RegistryNode& node) : fake_(fake), node_(node) {}
@@ -27,24 +56,16 @@ public:
     std::uint32_t queryValue(const std::u16string& name, RegistryValue& out,
                              std::size_t bufferSize) override {
         if (fake_.failing(Call::RegQueryValue)) return fake_.lastError_;
-        for (const auto& [key, value] : node_.values) {
-            if (!equalsIgnoreCase(key, name)) continue;
-            if (value.data.size() > bufferSize) return error::moreData;
-            out = value;
-            return error::success;
-        }
-        return error::fileNotFound;
+        auto* value = node_.find(name);
+        if (!value) return error::fileNotFound;
+        if (value->data.size() > bufferSize) return error::moreData;
+        out = *value;
+        return error::success;
     }
 
     std::uint32_t setValue(const std::u16string& name, const RegistryValue& value) override {
         if (fake_.failing(Call::RegSetValue)) return fake_.lastError_;
-        for (auto& [key, stored] : node_.values) {
-            if (equalsIgnoreCase(key, name)) {
-                stored = value;
-                return error::success;
-            }
-        }
-        node_.values.emplace_back(name, value);
+        node_.set(name, value);
         return error::success;
     }
 
@@ -67,29 +88,17 @@ public:
                                std::unique_ptr<RegistryKey>& key,
                                std::uint32_t& disposition) override {
         if (fake_.failing(Call::RegCreateKey, access)) return fake_.lastError_;
-        auto* node = &node_;
-        disposition = regOpenedExistingKey;
-        for (const auto& part : splitPath(path)) {
-            auto& child = node->children[foldCase(part)];
-            if (!child) {
-                child = std::make_unique<FakePlatform::RegistryNode>();
-                disposition = regCreatedNewKey;
-            }
-            node = child.get();
-        }
-        key = std::make_unique<FakeKey>(fake_, *node);
+        bool created = false;
+        key = std::make_unique<FakeKey>(fake_, *node_.walk(path, true, &created));
+        disposition = created ? regCreatedNewKey : regOpenedExistingKey;
         return error::success;
     }
 
     std::uint32_t openSubKey(const std::u16string& path, std::uint32_t access,
                              std::unique_ptr<RegistryKey>& key) override {
         if (fake_.failing(Call::RegOpenKey, access)) return fake_.lastError_;
-        auto* node = &node_;
-        for (const auto& part : splitPath(path)) {
-            auto it = node->children.find(foldCase(part));
-            if (it == node->children.end()) return error::fileNotFound;
-            node = it->second.get();
-        }
+        auto* node = node_.walk(path, false);
+        if (!node) return error::fileNotFound;
         key = std::make_unique<FakeKey>(fake_, *node);
         return error::success;
     }
@@ -115,40 +124,18 @@ std::uint32_t FakePlatform::openCurrentUser(std::uint32_t access,
     return error::success;
 }
 
-FakePlatform::RegistryNode& FakePlatform::node(RegistryRoot root, const std::u16string& path) {
-    auto* node = roots_[static_cast<int>(root)].get();
-    for (const auto& part : splitPath(path)) {
-        auto& child = node->children[foldCase(part)];
-        if (!child) child = std::make_unique<RegistryNode>();
-        node = child.get();
-    }
-    return *node;
-}
-
 std::optional<RegistryValue> FakePlatform::registryValue(RegistryRoot root,
                                                          const std::u16string& path,
                                                          const std::u16string& name) {
-    const RegistryNode* node = roots_[static_cast<int>(root)].get();
-    for (const auto& part : splitPath(path)) {
-        auto it = node->children.find(foldCase(part));
-        if (it == node->children.end()) return std::nullopt;
-        node = it->second.get();
-    }
-    for (const auto& [key, value] : node->values)
-        if (equalsIgnoreCase(key, name)) return value;
-    return std::nullopt;
+    auto* node = roots_[static_cast<int>(root)]->walk(path, false);
+    auto* value = node ? node->find(name) : nullptr;
+    if (!value) return std::nullopt;
+    return *value;
 }
 
 void FakePlatform::setRegistryValue(RegistryRoot root, const std::u16string& path,
                                     const std::u16string& name, const RegistryValue& value) {
-    auto& values = node(root, path).values;
-    for (auto& [key, stored] : values) {
-        if (equalsIgnoreCase(key, name)) {
-            stored = value;
-            return;
-        }
-    }
-    values.emplace_back(name, value);
+    roots_[static_cast<int>(root)]->walk(path, true)->set(name, value);
 }
 
 } // namespace platform

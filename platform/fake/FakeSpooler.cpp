@@ -3,6 +3,15 @@
 
 namespace platform {
 
+namespace {
+// The record as the spooler reports it, with the job count it keeps.
+PrinterInfo2 reported(const FakePrinter& p) {
+    auto info = p.info;
+    info.cJobs = p.countedJobs.value_or(static_cast<std::uint32_t>(p.jobs.size()));
+    return info;
+}
+} // namespace
+
 class FakePrinterHandle : public Printer {
 public:
     FakePrinterHandle(FakePlatform& fake, std::u16string name)
@@ -12,8 +21,7 @@ public:
         if (fake_.failing(Call::GetPrinter)) return false;
         auto* p = printer();
         if (!p) return false;
-        out = p->info;
-        out.cJobs = p->countedJobs.value_or(static_cast<std::uint32_t>(p->jobs.size()));
+        out = reported(*p);
         return true;
     }
 
@@ -98,10 +106,8 @@ FakePrinter* FakePlatform::printer(const std::u16string& name) {
 bool FakePlatform::enumPrinters(std::uint32_t, std::vector<PrinterInfo2>& out) {
     if (failing(Call::EnumPrinters)) return false;
     out.clear();
-    for (const auto& [name, p] : printers_) {
-        out.push_back(p.info);
-        out.back().cJobs = p.countedJobs.value_or(static_cast<std::uint32_t>(p.jobs.size()));
-    }
+    for (const auto& [name, p] : printers_)
+        out.push_back(reported(p));
     return true;
 }
 
