@@ -89,33 +89,39 @@ RegOpenCurrentUserFn regOpenCurrentUser() {
     return reinterpret_cast<RegOpenCurrentUserFn>(
         reinterpret_cast<void*>(::GetProcAddress(advapi, "RegOpenCurrentUser")));
 }
+
+class Win32Registry : public Registry {
+public:
+    std::unique_ptr<RegistryKey> root(RegistryRoot root) override {
+        switch (root) {
+        case RegistryRoot::CurrentUser:
+            return std::make_unique<Win32Key>(HKEY_CURRENT_USER);
+        case RegistryRoot::LocalMachine:
+            return std::make_unique<Win32Key>(HKEY_LOCAL_MACHINE);
+        case RegistryRoot::Users:
+            break;
+        }
+        return std::make_unique<Win32Key>(HKEY_USERS);
+    }
+
+    bool hasOpenCurrentUser() override { return regOpenCurrentUser() != nullptr; }
+
+    std::uint32_t openCurrentUser(std::uint32_t access,
+                                  std::unique_ptr<RegistryKey>& key) override {
+        auto open = regOpenCurrentUser();
+        if (!open) return ERROR_PROC_NOT_FOUND;
+        HKEY user = nullptr;
+        LONG rc = open(access, &user);
+        if (rc != ERROR_SUCCESS) return static_cast<std::uint32_t>(rc);
+        key = std::make_unique<Win32Key>(user);
+        return error::success;
+    }
+};
 } // namespace
 
-std::unique_ptr<RegistryKey> Win32Platform::root(RegistryRoot root) {
-    switch (root) {
-    case RegistryRoot::CurrentUser:
-        return std::make_unique<Win32Key>(HKEY_CURRENT_USER);
-    case RegistryRoot::LocalMachine:
-        return std::make_unique<Win32Key>(HKEY_LOCAL_MACHINE);
-    case RegistryRoot::Users:
-        break;
-    }
-    return std::make_unique<Win32Key>(HKEY_USERS);
-}
-
-bool Win32Platform::hasOpenCurrentUser() {
-    return regOpenCurrentUser() != nullptr;
-}
-
-std::uint32_t Win32Platform::openCurrentUser(std::uint32_t access,
-                                             std::unique_ptr<RegistryKey>& key) {
-    auto open = regOpenCurrentUser();
-    if (!open) return ERROR_PROC_NOT_FOUND;
-    HKEY user = nullptr;
-    LONG rc = open(access, &user);
-    if (rc != ERROR_SUCCESS) return static_cast<std::uint32_t>(rc);
-    key = std::make_unique<Win32Key>(user);
-    return error::success;
+Registry& Win32Platform::registry() {
+    static Win32Registry instance;
+    return instance;
 }
 
 } // namespace platform::win32

@@ -72,6 +72,30 @@ template <typename Fetch> bool fetch(std::vector<BYTE>& buffer, Fetch call) {
     return call(buffer.data(), needed, &needed) != FALSE;
 }
 
+// One record of the Native level-2 type; call(buffer, size, needed).
+template <typename Native, typename Out, typename Call> bool fetchOne(Out& out, Call call) {
+    std::vector<BYTE> buffer;
+    if (!fetch(buffer, call) || buffer.empty()) return false;
+    out = convert(*reinterpret_cast<const Native*>(buffer.data()));
+    return true;
+}
+
+// An array of records; call(buffer, size, needed, returned).
+template <typename Native, typename Out, typename Call>
+bool fetchAll(std::vector<Out>& out, Call call) {
+    std::vector<BYTE> buffer;
+    DWORD returned = 0;
+    if (!fetch(buffer, [&](BYTE* p, DWORD size, DWORD* needed) {
+            return call(p, size, needed, &returned);
+        }))
+        return false;
+    out.clear();
+    const auto* records = reinterpret_cast<const Native*>(buffer.data());
+    for (DWORD i = 0; i < returned && !buffer.empty(); ++i)
+        out.push_back(convert(records[i]));
+    return true;
+}
+
 class Win32Printer : public Printer {
 public:
     Win32Printer(HANDLE printer, bool owned) : printer_(printer), owned_(owned) {}
@@ -80,42 +104,22 @@ public:
     }
 
     bool getPrinter2(PrinterInfo2& out) override {
-        std::vector<BYTE> buffer;
-        if (!fetch(buffer,
-                   [&](BYTE* p, DWORD size, DWORD* needed) {
-                       return ::GetPrinterW(printer_, 2, p, size, needed);
-                   }) ||
-            buffer.empty())
-            return false;
-        out = convert(*reinterpret_cast<PRINTER_INFO_2W*>(buffer.data()));
-        return true;
+        return fetchOne<PRINTER_INFO_2W>(out, [&](BYTE* p, DWORD size, DWORD* needed) {
+            return ::GetPrinterW(printer_, 2, p, size, needed);
+        });
     }
 
     bool getJob(std::uint32_t jobId, JobInfo2& out) override {
-        std::vector<BYTE> buffer;
-        if (!fetch(buffer,
-                   [&](BYTE* p, DWORD size, DWORD* needed) {
-                       return ::GetJobW(printer_, jobId, 2, p, size, needed);
-                   }) ||
-            buffer.empty())
-            return false;
-        out = convert(*reinterpret_cast<JOB_INFO_2W*>(buffer.data()));
-        return true;
+        return fetchOne<JOB_INFO_2W>(out, [&](BYTE* p, DWORD size, DWORD* needed) {
+            return ::GetJobW(printer_, jobId, 2, p, size, needed);
+        });
     }
 
     bool enumJobs(std::uint32_t firstJob, std::uint32_t count,
                   std::vector<JobInfo2>& out) override {
-        std::vector<BYTE> buffer;
-        DWORD returned = 0;
-        if (!fetch(buffer, [&](BYTE* p, DWORD size, DWORD* needed) {
-                return ::EnumJobsW(printer_, firstJob, count, 2, p, size, needed, &returned);
-            }))
-            return false;
-        out.clear();
-        auto* jobs = reinterpret_cast<JOB_INFO_2W*>(buffer.data());
-        for (DWORD i = 0; i < returned && !buffer.empty(); ++i)
-            out.push_back(convert(jobs[i]));
-        return true;
+        return fetchAll<JOB_INFO_2W>(out, [&](BYTE* p, DWORD size, DWORD* needed, DWORD* got) {
+            return ::EnumJobsW(printer_, firstJob, count, 2, p, size, needed, got);
+        });
     }
 
     bool setJob(std::uint32_t jobId, std::uint32_t command) override {
@@ -158,62 +162,63 @@ private:
     }
     ScopedModule module_;
 };
+
+class Win32Spooler : public Spooler {
+public:
+    bool enumPrinters(std::uint32_t flags, std::vector<PrinterInfo2>& out) override {
+        return fetchAll<PRINTER_INFO_2W>(out, [&](BYTE* p, DWORD size, DWORD* needed, DWORD* got) {
+            return ::EnumPrintersW(flags, nullptr, 2, p, size, needed, got);
+        });
+    }
+
+    std::unique_ptr<Printer> openPrinter(const std::u16string& name,
+                                         const PrinterDefaults* defaults) override {
+        PRINTER_DEFAULTSW d{};
+        std::u16string datatype;
+        std::vector<std::uint8_t> devMode;
+        if (defaults) {
+            if (defaults->datatype) {
+                datatype = *defaults->datatype;
+                d.pDatatype = const_cast<wchar_t*>(wide(datatype));
+            }
+            devMode = defaults->devMode;
+            if (!devMode.empty()) d.pDevMode = reinterpret_cast<DEVMODEW*>(devMode.data());
+            d.DesiredAccess = defaults->desiredAccess;
+        }
+        HANDLE printer = nullptr;
+        std::u16string copy = name;
+        if (!::OpenPrinterW(const_cast<wchar_t*>(wide(copy)), &printer, defaults ? &d : nullptr))
+            return nullptr;
+        return std::make_unique<Win32Printer>(printer, true);
+    }
+
+    std::unique_ptr<Printer> borrowPrinter(std::uintptr_t handle) override {
+        return std::make_unique<Win32Printer>(reinterpret_cast<HANDLE>(handle), false);
+    }
+
+    std::optional<std::u16string> driverDirectory() override {
+        DWORD needed = 0;
+        ::GetPrinterDriverDirectoryW(nullptr, nullptr, 1, nullptr, 0, &needed);
+        if (needed == 0) return std::nullopt;
+        std::wstring buffer(needed / sizeof(wchar_t) + 10, L'\0');
+        if (!::GetPrinterDriverDirectoryW(
+                nullptr, nullptr, 1, reinterpret_cast<BYTE*>(buffer.data()),
+                static_cast<DWORD>(buffer.size() * sizeof(wchar_t)), &needed))
+            return std::nullopt;
+        return fromWide(buffer.c_str());
+    }
+
+    std::unique_ptr<SpoolssModule> loadSpoolss() override {
+        HMODULE module = ::LoadLibraryW(L"spoolss.dll");
+        if (!module) return nullptr;
+        return std::make_unique<Win32Spoolss>(module);
+    }
+};
 } // namespace
 
-bool Win32Platform::enumPrinters(std::uint32_t flags, std::vector<PrinterInfo2>& out) {
-    std::vector<BYTE> buffer;
-    DWORD returned = 0;
-    if (!fetch(buffer, [&](BYTE* p, DWORD size, DWORD* needed) {
-            return ::EnumPrintersW(flags, nullptr, 2, p, size, needed, &returned);
-        }))
-        return false;
-    out.clear();
-    auto* printers = reinterpret_cast<PRINTER_INFO_2W*>(buffer.data());
-    for (DWORD i = 0; i < returned && !buffer.empty(); ++i)
-        out.push_back(convert(printers[i]));
-    return true;
-}
-
-std::unique_ptr<Printer> Win32Platform::openPrinter(const std::u16string& name,
-                                                    const PrinterDefaults* defaults) {
-    PRINTER_DEFAULTSW d{};
-    std::u16string datatype;
-    std::vector<std::uint8_t> devMode;
-    if (defaults) {
-        if (defaults->datatype) {
-            datatype = *defaults->datatype;
-            d.pDatatype = const_cast<wchar_t*>(wide(datatype));
-        }
-        devMode = defaults->devMode;
-        if (!devMode.empty()) d.pDevMode = reinterpret_cast<DEVMODEW*>(devMode.data());
-        d.DesiredAccess = defaults->desiredAccess;
-    }
-    HANDLE printer = nullptr;
-    std::u16string copy = name;
-    if (!::OpenPrinterW(const_cast<wchar_t*>(wide(copy)), &printer, defaults ? &d : nullptr))
-        return nullptr;
-    return std::make_unique<Win32Printer>(printer, true);
-}
-
-std::unique_ptr<Printer> Win32Platform::borrowPrinter(std::uintptr_t handle) {
-    return std::make_unique<Win32Printer>(reinterpret_cast<HANDLE>(handle), false);
-}
-
-std::optional<std::u16string> Win32Platform::driverDirectory() {
-    DWORD needed = 0;
-    ::GetPrinterDriverDirectoryW(nullptr, nullptr, 1, nullptr, 0, &needed);
-    if (needed == 0) return std::nullopt;
-    std::wstring buffer(needed / sizeof(wchar_t) + 10, L'\0');
-    if (!::GetPrinterDriverDirectoryW(nullptr, nullptr, 1, reinterpret_cast<BYTE*>(buffer.data()),
-                                      static_cast<DWORD>(buffer.size() * sizeof(wchar_t)), &needed))
-        return std::nullopt;
-    return fromWide(buffer.c_str());
-}
-
-std::unique_ptr<SpoolssModule> Win32Platform::loadSpoolss() {
-    HMODULE module = ::LoadLibraryW(L"spoolss.dll");
-    if (!module) return nullptr;
-    return std::make_unique<Win32Spoolss>(module);
+Spooler& Win32Platform::spooler() {
+    static Win32Spooler instance;
+    return instance;
 }
 
 } // namespace platform::win32

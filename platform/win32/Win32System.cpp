@@ -1,4 +1,3 @@
-#include "platform/DebugOutput.h"
 #include "platform/win32/ScopedHandle.h"
 #include "platform/win32/Win32Platform.h"
 
@@ -7,107 +6,6 @@
 #include <shlobj.h>
 
 namespace platform::win32 {
-
-std::optional<OsVersion> Win32Platform::osVersion() {
-    OSVERSIONINFOA info{};
-    info.dwOSVersionInfoSize = sizeof info; // the 148 byte record
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-    if (!::GetVersionExA(&info)) return std::nullopt;
-#pragma GCC diagnostic pop
-    return OsVersion{info.dwMajorVersion, info.dwMinorVersion, info.dwBuildNumber,
-                     info.dwPlatformId};
-}
-
-std::optional<std::u16string> Win32Platform::userName(std::size_t bufferChars) {
-    std::wstring buffer(bufferChars, L'\0');
-    DWORD size = static_cast<DWORD>(bufferChars);
-    if (!::GetUserNameW(buffer.data(), &size)) return std::nullopt;
-    return fromWide(buffer.c_str());
-}
-
-std::optional<std::u16string> Win32Platform::environment(const std::u16string& name) {
-    DWORD needed = ::GetEnvironmentVariableW(wide(name), nullptr, 0);
-    if (needed == 0) return std::nullopt;
-    std::wstring buffer(needed, L'\0');
-    DWORD got = ::GetEnvironmentVariableW(wide(name), buffer.data(), needed);
-    if (got == 0 || got >= needed) return std::nullopt;
-    return fromWide(buffer.c_str());
-}
-
-std::uint32_t Win32Platform::tickCount() {
-    return ::GetTickCount();
-}
-void Win32Platform::sleep(std::uint32_t milliseconds) {
-    ::Sleep(milliseconds);
-}
-std::uint32_t Win32Platform::currentThreadId() {
-    return ::GetCurrentThreadId();
-}
-std::uint32_t Win32Platform::currentProcessId() {
-    return ::GetCurrentProcessId();
-}
-void Win32Platform::seedRandom(std::uint32_t seed) {
-    std::srand(seed);
-}
-int Win32Platform::random() {
-    return std::rand();
-}
-
-std::int32_t Win32Platform::timeZoneBias() {
-    TIME_ZONE_INFORMATION tz{};
-    ::GetTimeZoneInformation(&tz);
-    return tz.Bias;
-}
-
-std::optional<Guid> Win32Platform::createGuid() {
-    GUID g;
-    if (FAILED(::CoCreateGuid(&g))) return std::nullopt;
-    Guid out;
-    out.data1 = g.Data1;
-    out.data2 = g.Data2;
-    out.data3 = g.Data3;
-    for (int i = 0; i < 8; ++i)
-        out.data4[i] = g.Data4[i];
-    return out;
-}
-
-std::optional<std::u16string> Win32Platform::knownFolder(KnownFolder folder) {
-    const KNOWNFOLDERID& id = folder == KnownFolder::LocalAppData     ? FOLDERID_LocalAppData
-                              : folder == KnownFolder::RoamingAppData ? FOLDERID_RoamingAppData
-                                                                      : FOLDERID_Documents;
-    PIDLIST_ABSOLUTE list = nullptr;
-    if (FAILED(::SHGetKnownFolderIDList(id, 0x100, nullptr, &list))) return std::nullopt;
-    ::CoTaskMemFree(list);
-    PWSTR path = nullptr;
-    if (FAILED(::SHGetKnownFolderPath(id, 0, nullptr, &path))) return std::nullopt;
-    std::u16string out = fromWide(path);
-    ::CoTaskMemFree(path);
-    return out;
-}
-
-std::optional<std::u16string> Win32Platform::systemDirectory() {
-    wchar_t buffer[MAX_PATH + 1];
-    UINT n = ::GetSystemDirectoryW(buffer, MAX_PATH + 1);
-    if (n == 0 || n > MAX_PATH) return std::nullopt;
-    return fromWide(buffer);
-}
-
-std::uint32_t Win32Platform::lastError() {
-    return ::GetLastError();
-}
-void Win32Platform::setLastError(std::uint32_t code) {
-    ::SetLastError(code);
-}
-
-std::optional<std::u16string> Win32Platform::errorMessage(std::uint32_t code) {
-    wchar_t* text = nullptr;
-    DWORD n = ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr,
-                               code, 0x400, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
-    ScopedLocal holder(text);
-    if (n == 0 || !text) return std::nullopt;
-    return fromWide(text);
-}
 
 namespace {
 using NetGetDcNameFn = DWORD(WINAPI*)(LPCWSTR, LPCWSTR, LPBYTE*);
@@ -130,35 +28,127 @@ private:
     NetGetDcNameFn get_;
     NetApiBufferFreeFn free_;
 };
+
+class Win32System : public System {
+public:
+    std::optional<OsVersion> osVersion() override {
+        OSVERSIONINFOA info{};
+        info.dwOSVersionInfoSize = sizeof info; // the 148 byte record
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+        if (!::GetVersionExA(&info)) return std::nullopt;
+#pragma GCC diagnostic pop
+        return OsVersion{info.dwMajorVersion, info.dwMinorVersion, info.dwBuildNumber,
+                         info.dwPlatformId};
+    }
+
+    std::optional<std::u16string> userName(std::size_t bufferChars) override {
+        std::wstring buffer(bufferChars, L'\0');
+        DWORD size = static_cast<DWORD>(bufferChars);
+        if (!::GetUserNameW(buffer.data(), &size)) return std::nullopt;
+        return fromWide(buffer.c_str());
+    }
+
+    std::optional<std::u16string> environment(const std::u16string& name) override {
+        DWORD needed = ::GetEnvironmentVariableW(wide(name), nullptr, 0);
+        if (needed == 0) return std::nullopt;
+        std::wstring buffer(needed, L'\0');
+        DWORD got = ::GetEnvironmentVariableW(wide(name), buffer.data(), needed);
+        if (got == 0 || got >= needed) return std::nullopt;
+        return fromWide(buffer.c_str());
+    }
+
+    std::uint32_t tickCount() override {
+        return ::GetTickCount();
+    }
+    void sleep(std::uint32_t milliseconds) override {
+        ::Sleep(milliseconds);
+    }
+    std::uint32_t currentThreadId() override {
+        return ::GetCurrentThreadId();
+    }
+    std::uint32_t currentProcessId() override {
+        return ::GetCurrentProcessId();
+    }
+    void seedRandom(std::uint32_t seed) override {
+        std::srand(seed);
+    }
+    int random() override {
+        return std::rand();
+    }
+
+    std::int32_t timeZoneBias() override {
+        TIME_ZONE_INFORMATION tz{};
+        ::GetTimeZoneInformation(&tz);
+        return tz.Bias;
+    }
+
+    std::optional<Guid> createGuid() override {
+        GUID g;
+        if (FAILED(::CoCreateGuid(&g))) return std::nullopt;
+        Guid out;
+        out.data1 = g.Data1;
+        out.data2 = g.Data2;
+        out.data3 = g.Data3;
+        for (int i = 0; i < 8; ++i)
+            out.data4[i] = g.Data4[i];
+        return out;
+    }
+
+    std::optional<std::u16string> knownFolder(KnownFolder folder) override {
+        const KNOWNFOLDERID& id = folder == KnownFolder::LocalAppData     ? FOLDERID_LocalAppData
+                                  : folder == KnownFolder::RoamingAppData ? FOLDERID_RoamingAppData
+                                                                          : FOLDERID_Documents;
+        PIDLIST_ABSOLUTE list = nullptr;
+        if (FAILED(::SHGetKnownFolderIDList(id, 0x100, nullptr, &list))) return std::nullopt;
+        ::CoTaskMemFree(list);
+        PWSTR path = nullptr;
+        if (FAILED(::SHGetKnownFolderPath(id, 0, nullptr, &path))) return std::nullopt;
+        std::u16string out = fromWide(path);
+        ::CoTaskMemFree(path);
+        return out;
+    }
+
+    std::optional<std::u16string> systemDirectory() override {
+        wchar_t buffer[MAX_PATH + 1];
+        UINT n = ::GetSystemDirectoryW(buffer, MAX_PATH + 1);
+        if (n == 0 || n > MAX_PATH) return std::nullopt;
+        return fromWide(buffer);
+    }
+
+    std::uint32_t lastError() override {
+        return ::GetLastError();
+    }
+    void setLastError(std::uint32_t code) override {
+        ::SetLastError(code);
+    }
+
+    std::optional<std::u16string> errorMessage(std::uint32_t code) override {
+        wchar_t* text = nullptr;
+        DWORD n =
+            ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr,
+                             code, 0x400, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+        ScopedLocal holder(text);
+        if (n == 0 || !text) return std::nullopt;
+        return fromWide(text);
+    }
+
+    std::unique_ptr<NetApi> loadNetApi() override {
+        ScopedModule module(::LoadLibraryW(L"Netapi32.dll"));
+        if (!module) return nullptr;
+        auto get = reinterpret_cast<NetGetDcNameFn>(
+            reinterpret_cast<void*>(::GetProcAddress(module.get(), "NetGetDCName")));
+        auto free = reinterpret_cast<NetApiBufferFreeFn>(
+            reinterpret_cast<void*>(::GetProcAddress(module.get(), "NetApiBufferFree")));
+        if (!get || !free) return nullptr;
+        return std::make_unique<Win32NetApi>(module.release(), get, free);
+    }
+};
 } // namespace
 
-std::unique_ptr<NetApi> Win32Platform::loadNetApi() {
-    ScopedModule module(::LoadLibraryW(L"Netapi32.dll"));
-    if (!module) return nullptr;
-    auto get = reinterpret_cast<NetGetDcNameFn>(
-        reinterpret_cast<void*>(::GetProcAddress(module.get(), "NetGetDCName")));
-    auto free = reinterpret_cast<NetApiBufferFreeFn>(
-        reinterpret_cast<void*>(::GetProcAddress(module.get(), "NetApiBufferFree")));
-    if (!get || !free) return nullptr;
-    return std::make_unique<Win32NetApi>(module.release(), get, free);
-}
-
-int Win32Platform::messageBox(const std::u16string& text, const std::u16string& caption,
-                              std::uint32_t style) {
-    return ::MessageBoxW(nullptr, wide(text), wide(caption), style);
-}
-
-int Win32Platform::messageBoxA(const std::string& text, const std::string& caption,
-                               std::uint32_t style) {
-    return ::MessageBoxA(nullptr, text.c_str(), caption.c_str(), style);
-}
-
-void Win32Platform::debugOutput(std::string_view text) {
-    outputDebugString(text);
-}
-
-void Win32Platform::debugOutputW(const std::u16string& text) {
-    ::OutputDebugStringW(wide(text));
+System& Win32Platform::system() {
+    static Win32System instance;
+    return instance;
 }
 
 } // namespace platform::win32
