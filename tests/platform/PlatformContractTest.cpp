@@ -70,6 +70,13 @@ protected:
         return u"KelContract_" + fromUtf8(info->name()) + u"_" + std::u16string(what) + u"_" +
                runId;
     }
+    void write(const std::u16string& path, const std::string& bytes) {
+        auto file = os().files().createFile(path);
+        ASSERT_NE(file, nullptr);
+        std::uint32_t written = 0;
+        ASSERT_TRUE(file->write(bytes.data(), static_cast<std::uint32_t>(bytes.size()), written));
+        EXPECT_EQ(written, bytes.size());
+    }
     std::u16string scratchDir() {
         auto base = os().system().knownFolder(KnownFolder::LocalAppData);
         EXPECT_TRUE(base.has_value());
@@ -163,18 +170,6 @@ TYPED_TEST(PlatformContract, NamedMappingIsSharedBetweenHandles) {
                  "kel");
 }
 
-TYPED_TEST(PlatformContract, ObjectsVanishWithTheirLastHandle) {
-    auto& kernel = this->os().kernel();
-    auto name = this->unique(u"mutex");
-    {
-        auto mutex = kernel.createMutex(nullptr, true, name);
-        ASSERT_NE(mutex, nullptr);
-        EXPECT_NE(kernel.openMutex(0x1F0003, name), nullptr);
-        EXPECT_EQ(kernel.openEvent(eventAllAccess, name), nullptr); // not an event
-    }
-    EXPECT_EQ(kernel.openMutex(0x1F0003, name), nullptr);
-}
-
 TYPED_TEST(PlatformContract, AutoResetEventWakesOneWait) {
     auto& kernel = this->os().kernel();
     auto name = this->unique(u"event");
@@ -193,13 +188,19 @@ TYPED_TEST(PlatformContract, AutoResetEventWakesOneWait) {
     EXPECT_EQ(manual->wait(0), WaitResult::Signalled);
 }
 
-TYPED_TEST(PlatformContract, MutexIsOwnedUntilReleased) {
+TYPED_TEST(PlatformContract, MutexIsOwnedUntilReleasedAndGoesWithItsLastHandle) {
     auto& kernel = this->os().kernel();
-    auto mutex = kernel.createMutex(nullptr, false, this->unique(u"lock"));
-    ASSERT_NE(mutex, nullptr);
-    EXPECT_FALSE(mutex->release()); // not owned yet
-    EXPECT_EQ(mutex->wait(0), WaitResult::Signalled);
-    EXPECT_TRUE(mutex->release());
+    auto name = this->unique(u"mutex");
+    {
+        auto mutex = kernel.createMutex(nullptr, false, name);
+        ASSERT_NE(mutex, nullptr);
+        EXPECT_FALSE(mutex->release()); // not owned yet
+        EXPECT_EQ(mutex->wait(0), WaitResult::Signalled);
+        EXPECT_TRUE(mutex->release());
+        EXPECT_NE(kernel.openMutex(0x1F0003, name), nullptr);
+        EXPECT_EQ(kernel.openEvent(eventAllAccess, name), nullptr); // not an event
+    }
+    EXPECT_EQ(kernel.openMutex(0x1F0003, name), nullptr);
 }
 
 TYPED_TEST(PlatformContract, SystemFacts) {
@@ -233,32 +234,23 @@ TYPED_TEST(PlatformContract, SystemFacts) {
     system.setLastError(1234);
     EXPECT_EQ(system.lastError(), 1234u);
     EXPECT_TRUE(system.systemDirectory().has_value());
-}
-
-TYPED_TEST(PlatformContract, KnownFoldersAreDirectories) {
-    auto& os = this->os();
-    for (auto folder : {KnownFolder::LocalAppData, KnownFolder::RoamingAppData}) {
-        auto path = os.system().knownFolder(folder);
-        ASSERT_TRUE(path.has_value());
-        auto attributes = os.files().attributes(*path);
-        ASSERT_TRUE(attributes.has_value()) << toUtf8(*path);
-        EXPECT_TRUE(*attributes & fileAttributeDirectory);
-    }
+    EXPECT_LE(system.timeZoneBias(), 12 * 60); // within a day
+    EXPECT_GE(system.timeZoneBias(), -14 * 60);
 }
 
 TYPED_TEST(PlatformContract, FilesAreWrittenAndReadBack) {
     auto& files = this->os().files();
+    for (auto folder : {KnownFolder::LocalAppData, KnownFolder::RoamingAppData}) {
+        auto path = this->os().system().knownFolder(folder);
+        ASSERT_TRUE(path.has_value());
+        EXPECT_EQ(files.attributes(*path).value_or(0) & fileAttributeDirectory,
+                  fileAttributeDirectory);
+    }
     auto dir = this->scratchDir();
     EXPECT_FALSE(files.createDirectory(dir)); // exists
     EXPECT_EQ(files.createFile(dir + u"\\missing\\x.txt"), nullptr);
     auto path = dir + u"\\out.bin";
-    {
-        auto file = files.createFile(path);
-        ASSERT_NE(file, nullptr);
-        std::uint32_t written = 0;
-        ASSERT_TRUE(file->write("%PDF-1.4\n\0x", 11, written));
-        EXPECT_EQ(written, 11u);
-    }
+    this->write(path, std::string("%PDF-1.4\n\0x", 11));
     auto attributes = files.attributes(path);
     ASSERT_TRUE(attributes.has_value());
     EXPECT_FALSE(*attributes & fileAttributeDirectory);
@@ -273,17 +265,10 @@ TYPED_TEST(PlatformContract, ProfileSectionsAndIntegers) {
     auto path = this->scratchDir() + u"\\kelconf.ini";
     std::string text = "[init]\r\noverrideUserSettings=1\r\nDefaultSaveDir = C:\\out \r\n"
                        "TrimNameChar=-5\r\n[My Printer]\r\npdfa=2\r\n";
-    {
-        auto file = files.createFile(path);
-        ASSERT_NE(file, nullptr);
-        std::uint32_t written = 0;
-        ASSERT_TRUE(file->write(text.data(), static_cast<std::uint32_t>(text.size()), written));
-    }
-    auto lines = files.profileSection(path, u"INIT", 32767);
-    ASSERT_EQ(lines.size(), 3u);
-    EXPECT_EQ(lines[0], u"overrideUserSettings=1");
-    EXPECT_EQ(lines[1], u"DefaultSaveDir=C:\\out");
-    EXPECT_EQ(lines[2], u"TrimNameChar=-5");
+    this->write(path, text);
+    EXPECT_EQ(files.profileSection(path, u"INIT", 32767),
+              (std::vector<std::u16string>{u"overrideUserSettings=1", u"DefaultSaveDir=C:\\out",
+                                           u"TrimNameChar=-5"}));
     EXPECT_EQ(files.profileSection(path, u"My Printer", 32767),
               std::vector<std::u16string>{u"pdfa=2"});
     EXPECT_TRUE(files.profileSection(path, u"absent", 32767).empty());
@@ -294,7 +279,7 @@ TYPED_TEST(PlatformContract, ProfileSectionsAndIntegers) {
     EXPECT_EQ(files.profileInt(path + u"x", u"init", u"overrideUserSettings", 3), 3u);
 }
 
-TYPED_TEST(PlatformContract, SecurityDescriptorWithNullDaclAndLowLabel) {
+TYPED_TEST(PlatformContract, NullDaclLowLabelAndTheUsersSid) {
     auto& security = this->os().security();
     auto descriptor = security.allocDescriptor(40);
     ASSERT_NE(descriptor, nullptr);
@@ -313,20 +298,22 @@ TYPED_TEST(PlatformContract, SecurityDescriptorWithNullDaclAndLowLabel) {
     auto event = this->os().kernel().createEvent(&attributes, false, false, name);
     ASSERT_NE(event, nullptr);
     EXPECT_NE(this->os().kernel().openEvent(eventAllAccess, name), nullptr);
-}
 
-TYPED_TEST(PlatformContract, UnknownPrinterCannotBeOpened) {
-    auto& spooler = this->os().spooler();
-    EXPECT_EQ(spooler.openPrinter(this->unique(u"no printer"), nullptr), nullptr);
-    auto dir = spooler.driverDirectory();
-    ASSERT_TRUE(dir.has_value());
-    EXPECT_FALSE(dir->empty());
-    std::vector<PrinterInfo2> printers;
-    EXPECT_TRUE(spooler.enumPrinters(printerEnumLocal | printerEnumConnections, printers));
+    auto user = this->os().system().userName(260);
+    ASSERT_TRUE(user.has_value());
+    auto sid = security.lookupAccountSid(u"", *user);
+    ASSERT_TRUE(sid.has_value());
+    EXPECT_EQ(sid->revision, 1);
+    EXPECT_EQ(sid->authority[5], 5); // the NT authority
+    ASSERT_FALSE(sid->subAuthorities.empty());
+    EXPECT_EQ(sid->subAuthorities[0], 21u); // a user's domain
+    EXPECT_FALSE(security.lookupAccountSid(u"", u"KelNoSuchAccount42").has_value());
 }
 
 TYPED_TEST(PlatformContract, PrintersAreListedOpenedAndWritten) {
     auto& spooler = this->os().spooler();
+    EXPECT_EQ(spooler.openPrinter(this->unique(u"no printer"), nullptr), nullptr);
+    EXPECT_FALSE(spooler.driverDirectory().value_or(u"").empty());
     std::u16string name = u"KelContract printer"; // stays in the prefix for later runs
     ASSERT_TRUE(this->impl.addPrinter(name, u"FILE:"));
     std::vector<PrinterInfo2> printers;
@@ -351,7 +338,7 @@ TYPED_TEST(PlatformContract, PrintersAreListedOpenedAndWritten) {
     EXPECT_FALSE(printer->getJob(987654, job));
 }
 
-TYPED_TEST(PlatformContract, ProcessIsWaitedForAndGivesItsExitCode) {
+TYPED_TEST(PlatformContract, ProcessesAndThreadsAreWaitedFor) {
     this->impl.expectExitCode(3);
     ProcessStart start;
     start.commandLine = u"cmd.exe /c exit 3";
@@ -361,34 +348,13 @@ TYPED_TEST(PlatformContract, ProcessIsWaitedForAndGivesItsExitCode) {
     ASSERT_NE(process, nullptr);
     ASSERT_TRUE(process->wait(infinite));
     EXPECT_EQ(process->exitCode(), 3u);
-}
 
-TYPED_TEST(PlatformContract, ThreadRunsItsBodyAndIsWaitedFor) {
     std::atomic<int> runs{0};
     auto thread = this->os().processes().startThread([&] { ++runs; });
     ASSERT_NE(thread, nullptr);
     EXPECT_NE(thread->id(), 0u);
     EXPECT_EQ(thread->wait(infinite), WaitResult::Signalled);
     EXPECT_EQ(runs.load(), 1);
-}
-
-TYPED_TEST(PlatformContract, TheUserHasASid) {
-    auto& os = this->os();
-    auto user = os.system().userName(260);
-    ASSERT_TRUE(user.has_value());
-    auto sid = os.security().lookupAccountSid(u"", *user);
-    ASSERT_TRUE(sid.has_value());
-    EXPECT_EQ(sid->revision, 1);
-    EXPECT_EQ(sid->authority[5], 5); // the NT authority
-    ASSERT_FALSE(sid->subAuthorities.empty());
-    EXPECT_EQ(sid->subAuthorities[0], 21u); // a user's domain
-    EXPECT_FALSE(os.security().lookupAccountSid(u"", u"KelNoSuchAccount42").has_value());
-}
-
-TYPED_TEST(PlatformContract, TimeZoneBiasIsWithinADay) {
-    auto bias = this->os().system().timeZoneBias();
-    EXPECT_LE(bias, 12 * 60);
-    EXPECT_GE(bias, -14 * 60);
 }
 
 TYPED_TEST(PlatformContract, CallersJobIsWrittenThroughABorrowedHandle) {

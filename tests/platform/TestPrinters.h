@@ -18,13 +18,15 @@ namespace testing_support {
 inline const std::u16string productDriver = u"Tamarisk Foliograph";
 
 #ifdef _WIN32
+// A text as the wide-character APIs take it; wchar_t is 16-bit here.
+inline wchar_t* w(const std::u16string& s) {
+    return const_cast<wchar_t*>(reinterpret_cast<const wchar_t*>(s.c_str()));
+}
+
 // Adds the driver once, then a printer on the given port; true when the printer can be
 // opened afterwards (also when an earlier run left it there).
 inline bool addSystemPrinter(const std::u16string& name, const std::u16string& driver,
                              const std::u16string& port) {
-    auto w = [](const std::u16string& s) {
-        return const_cast<wchar_t*>(reinterpret_cast<const wchar_t*>(s.c_str()));
-    };
     std::u16string driverPath = u"wineps.drv", data = u"generic.ppd";
     DRIVER_INFO_3W di{};
     di.cVersion = 3;
@@ -55,9 +57,6 @@ inline bool addSystemPrinter(const std::u16string& name, const std::u16string& d
 // document begun on it, printing to the given file.
 inline std::uintptr_t startSystemJob(const std::u16string& printer, const std::u16string& document,
                                      const std::u16string& output, std::uint32_t& jobId) {
-    auto w = [](const std::u16string& s) {
-        return const_cast<wchar_t*>(reinterpret_cast<const wchar_t*>(s.c_str()));
-    };
     HANDLE handle = nullptr;
     if (!OpenPrinterW(w(printer), &handle, nullptr)) return 0;
     std::u16string datatype = u"RAW";

@@ -7,12 +7,15 @@ using platform::Call;
 
 namespace {
 
+const std::u16string recordName = u"Local\\DomainControllerData";
+
 class DomainController : public FakeOsTest {
 protected:
     // The record as another process of the machine sees it.
-    DomainControllerData& shared(const std::u16string& name = u"Local\\DomainControllerData") {
+    DomainControllerData& shared() {
         if (!mapping_) {
-            mapping_ = fake.kernel().createFileMapping(nullptr, sizeof(DomainControllerData), name);
+            mapping_ =
+                fake.kernel().createFileMapping(nullptr, sizeof(DomainControllerData), recordName);
             view_ = mapping_->mapView(platform::fileMapReadWrite);
         }
         return *reinterpret_cast<DomainControllerData*>(view_->data());
@@ -22,24 +25,55 @@ protected:
 };
 
 TEST_F(DomainController, FirstProcessLooksUpAndShares) {
-    DomainControllerLookup lookup;
+    DomainControllerLookup lookup; // the process's holder is a static: its set-up is thread-safe
+    EXPECT_EQ(fake.callCount(Call::CreateFileMapping), 1);
+    auto security = fake.securityOf(recordName);
+    ASSERT_TRUE(security.has_value());
+    EXPECT_TRUE(security->nullDacl);
     EXPECT_EQ(lookup.lookup(), u"\\\\DC1");
+    EXPECT_EQ(fake.callCount(Call::OpenFileMapping), 1); // set up with the holder, not at use
     EXPECT_EQ(shared().state, 'r');
     EXPECT_EQ(fieldText(shared().domainController), u"\\\\DC1");
-    EXPECT_EQ(fake.callCount(Call::NetGetDcName), 1);
     // The next process takes the shared answer.
     DomainControllerLookup other;
     EXPECT_EQ(other.lookup(), u"\\\\DC1");
     EXPECT_EQ(fake.callCount(Call::NetGetDcName), 1);
 }
 
-TEST_F(DomainController, ReadyRecordIsTakenAsItStands) {
-    shared().state = 'r';
-    copyField(shared().domainController, u"\\\\ELSEWHERE");
+// What a look-up makes of the record as it finds it, and of failures on the way.
+struct RecordRow {
+    const char* name;
+    std::uint8_t state;      // as found
+    std::u16string found;    // the name as found; 260 units leave no terminator
+    Call fails;              // Call::Count: none
+    std::u16string result;   // what the look-up gives
+    std::uint8_t stateAfter; // left in the record
+    int netApiLoads;         // Netapi32 loaded
+};
+
+class RecordFound : public DomainController, public ::testing::WithParamInterface<RecordRow> {};
+
+TEST_P(RecordFound, GivesTheSharedNameOrNone) {
+    const auto& row = GetParam();
+    shared().state = row.state;
+    row.found.copy(shared().domainController, 260);
+    if (row.fails != Call::Count) fake.fail(row.fails);
     DomainControllerLookup lookup;
-    EXPECT_EQ(lookup.lookup(), u"\\\\ELSEWHERE");
-    EXPECT_EQ(fake.callCount(Call::LoadNetApi), 0);
+    EXPECT_EQ(lookup.lookup(), row.result);
+    EXPECT_EQ(shared().state, row.stateAfter);
+    EXPECT_EQ(fake.callCount(Call::LoadNetApi), row.netApiLoads);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Records, RecordFound,
+    ::testing::Values(RecordRow{"ReadyIsTakenAsItStands", 'r', u"\\\\ELSEWHERE", Call::Count,
+                                u"\\\\ELSEWHERE", 'r', 0},
+                      RecordRow{"UnterminatedIsCutToTheResult", 'r', std::u16string(260, u'y'),
+                                Call::Count, std::u16string(259, u'y'), 'r', 0},
+                      RecordRow{"NoNetapi32IsTriedAgainLater", 0, u"", Call::LoadNetApi, u"", 0, 1},
+                      RecordRow{"FailedLookUpIsAnEmptyName", 0, u"\\\\OLD", Call::NetGetDcName, u"",
+                                'r', 1}),
+    [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(DomainController, DeadLookerDelaysEachReaderBySixtySeconds) {
     shared().state = 'w';
@@ -66,60 +100,17 @@ TEST_F(DomainController, ReaderWaitsForTheLookerToFinish) {
     EXPECT_EQ(fake.sleeps.size(), 3u);
 }
 
-TEST_F(DomainController, FailuresLeaveAnEmptyName) {
-    struct Row {
-        const char* name;
-        Call call;
-        std::uint8_t state; // left in the record
-    } rows[] = {{"no Netapi32", Call::LoadNetApi, 0},
-                {"NetGetDCName fails", Call::NetGetDcName, 'r'}};
-    for (auto row : rows) {
-        SCOPED_TRACE(row.name);
-        platform::FakePlatform local;
-        platform::setCurrent(&local);
-        local.fail(row.call);
-        DomainControllerLookup lookup;
-        EXPECT_EQ(lookup.lookup(), u"");
-        auto mapping = local.kernel().openFileMapping(platform::fileMapAllAccess,
-                                                      u"Local\\DomainControllerData");
-        ASSERT_NE(mapping, nullptr);
-        EXPECT_EQ(mapping->mapView(6)->data()[0], row.state);
-        platform::setCurrent(&fake);
-    }
-}
-
 TEST_F(DomainController, UnmappableRecordGivesEmptyForGood) {
     for (auto call : {Call::CreateFileMapping, Call::MapViewOfFile}) {
-        platform::FakePlatform local;
-        platform::setCurrent(&local);
+        CurrentFake local;
         local.fail(call);
         DomainControllerLookup lookup;
         EXPECT_EQ(lookup.lookup(), u"");
         local.clearFailures();
         EXPECT_EQ(lookup.lookup(), u""); // set up once per process
         EXPECT_EQ(local.callCount(Call::LoadNetApi), 0);
-        EXPECT_FALSE(local.exists(u"Local\\DomainControllerData"));
-        platform::setCurrent(&fake);
+        EXPECT_FALSE(local.exists(recordName));
     }
-}
-
-TEST_F(DomainController, RecordIsSetUpWithTheHolderNotAtFirstUse) {
-    DomainControllerLookup lookup; // the process's holder is a static: its set-up is thread-safe
-    EXPECT_EQ(fake.callCount(Call::OpenFileMapping), 1);
-    EXPECT_EQ(fake.callCount(Call::CreateFileMapping), 1);
-    auto security = fake.securityOf(u"Local\\DomainControllerData");
-    ASSERT_TRUE(security.has_value());
-    EXPECT_TRUE(security->nullDacl);
-    EXPECT_EQ(lookup.lookup(), u"\\\\DC1");
-    EXPECT_EQ(fake.callCount(Call::OpenFileMapping), 1);
-}
-
-TEST_F(DomainController, UnterminatedSharedNameIsCutToTheResultBuffer) {
-    shared().state = 'r';
-    for (auto& c : shared().domainController)
-        c = u'y'; // another process left no terminator
-    DomainControllerLookup lookup;
-    EXPECT_EQ(lookup.lookup(), std::u16string(259, u'y'));
 }
 
 TEST_F(DomainController, LongNameIsCutAndOldSystemsUseTheBareName) {
@@ -128,7 +119,7 @@ TEST_F(DomainController, LongNameIsCutAndOldSystemsUseTheBareName) {
     DomainControllerLookup lookup;
     EXPECT_EQ(lookup.lookup(), std::u16string(259, u'x'));
     EXPECT_TRUE(fake.exists(u"DomainControllerData"));
-    EXPECT_FALSE(fake.exists(u"Local\\DomainControllerData"));
+    EXPECT_FALSE(fake.exists(recordName));
 }
 
 } // namespace

@@ -1,14 +1,18 @@
 #include "umpd/FakeOs.h"
 #include "umpd/LauncherNames.h"
 #include "umpd/LauncherProxy.h"
+#include "umpd/SecurityAttributesHolder.h"
 #include "umpd/SystemServices.h"
 
+#include <cstring>
 #include <set>
 
 using namespace testing_support;
 using platform::Call;
 
 namespace {
+
+const std::u16string base = u"Local\\kelsend_anna";
 
 using Names = FakeOsTest;
 
@@ -40,32 +44,25 @@ TEST_F(Names, UserNameFallsBackToTheEnvironment) {
     EXPECT_EQ(launcherUserName(), u"bob");
 }
 
-TEST_F(Names, CommsDeriveFourNames) {
+TEST_F(Names, CommsDeriveFourNamesAndTouchNothing) {
     LauncherComms ipc(u"kelsend", platform::infinite);
-    EXPECT_EQ(ipc.eventName, u"Local\\kelsend_anna_event");
-    EXPECT_EQ(ipc.endEventName, u"Local\\kelsend_anna_event_end");
-    EXPECT_EQ(ipc.mutexName, u"Local\\kelsend_anna_mutex");
-    EXPECT_EQ(ipc.sharedMemoryName, u"Local\\kelsend_anna_sm");
-    EXPECT_TRUE(ipc.connected);
-    EXPECT_TRUE(ipc.stopped);
+    EXPECT_EQ(ipc.eventName, base + u"_event");
+    EXPECT_EQ(ipc.endEventName, base + u"_event_end");
+    EXPECT_EQ(ipc.mutexName, base + u"_mutex");
+    EXPECT_EQ(ipc.sharedMemoryName, base + u"_sm");
+    EXPECT_TRUE(ipc.connected && ipc.stopped);
     EXPECT_EQ(ipc.timeout, 0xFFFFFFFFu);
-    EXPECT_EQ(ipc.view(), nullptr); // construction does not touch the mapping
+    EXPECT_EQ(ipc.view(), nullptr);
     EXPECT_TRUE(fake.openedMappingNames.empty());
 }
 
-class Comms : public FakeOsTest {
-protected:
-    const std::u16string base = u"Local\\kelsend_anna";
-};
+using Comms = FakeOsTest;
 
 TEST_F(Comms, MapOpensTheLaunchersRecordOrCreatesOne) {
     {
         LauncherComms ipc(u"kelsend", platform::infinite);
         ASSERT_TRUE(ipc.mapSharedMemory());
         EXPECT_TRUE(ipc.shared.created);
-        auto security = fake.securityOf(base + u"_sm");
-        ASSERT_TRUE(security.has_value());
-        EXPECT_TRUE(security->nullDacl);
     }
     FakeLauncher launcher(fake, base);
     copyField(launcher.record().docName, u"left by the launcher");
@@ -76,93 +73,80 @@ TEST_F(Comms, MapOpensTheLaunchersRecordOrCreatesOne) {
 }
 
 TEST_F(Comms, FailedMapLeavesNothingMapped) {
-    struct Row {
-        Call call;
-        int creates; // CreateFileMapping calls made
-    } rows[] = {{Call::CreateFileMapping, 1}, {Call::MapViewOfFile, 1}};
-    for (auto row : rows) {
-        platform::FakePlatform local;
-        platform::setCurrent(&local);
-        local.fail(row.call);
+    for (auto call : {Call::CreateFileMapping, Call::MapViewOfFile}) {
+        CurrentFake local;
+        local.fail(call);
         LauncherComms ipc(u"kelsend", platform::infinite);
         EXPECT_FALSE(ipc.mapSharedMemory());
         EXPECT_EQ(ipc.shared.mapping, nullptr);
-        EXPECT_EQ(ipc.view(), nullptr);
         EXPECT_EQ(ipc.record(), nullptr);
-        EXPECT_EQ(local.callCount(Call::CreateFileMapping), 2 * row.creates); // record() retries
-        EXPECT_FALSE(local.exists(u"Local\\kelsend_anna_sm"));
-        platform::setCurrent(&fake);
+        EXPECT_EQ(local.callCount(Call::CreateFileMapping), 2); // record() tries again
+        EXPECT_FALSE(local.exists(base + u"_sm"));
     }
 }
 
-TEST_F(Comms, SendWithoutMappingOrLauncherIsNotDelivered) {
-    LauncherComms ipc(u"kelsend", platform::infinite);
-    EXPECT_FALSE(ipc.sendMsg()); // not mapped
-    ASSERT_TRUE(ipc.mapSharedMemory());
-    EXPECT_FALSE(ipc.sendMsg()); // no alive mutex
-    EXPECT_EQ(fake.callCount(Call::CreateEvent), 0);
-    EXPECT_TRUE(fake.boxes().empty());
+// One sendMsg against a launcher that answers, one that never does, or none.
+enum class Peer { None, Answers, Silent };
+
+struct SendRow {
+    const char* name;
+    Peer peer;
+    bool mapped;
+    std::uint32_t timeout;
+    Call fails; // Call::Count: none
+    int failures;
+    bool delivered;
+    std::size_t messages;
+    const char16_t* caption; // the box shown, or null
+    int foreverWaits;
+};
+
+class Send : public FakeOsTest, public ::testing::WithParamInterface<SendRow> {};
+
+TEST_P(Send, OnlyATimeOutOrAFailedStepIsNotDelivered) {
+    const auto& row = GetParam();
+    std::unique_ptr<FakeLauncher> launcher;
+    if (row.peer != Peer::None)
+        launcher = std::make_unique<FakeLauncher>(fake, base, row.peer == Peer::Answers);
+    LauncherComms ipc(u"kelsend", row.timeout);
+    ASSERT_TRUE(!row.mapped || ipc.mapSharedMemory());
+    if (row.fails != Call::Count) fake.fail(row.fails, 6, row.failures);
+    EXPECT_EQ(ipc.sendMsg(), row.delivered);
+    EXPECT_EQ(launcher ? launcher->messages.size() : 0u, row.messages);
+    EXPECT_EQ(fake.foreverWaits, row.foreverWaits);
+    auto boxes = fake.boxes();
+    ASSERT_EQ(boxes.size(), row.caption ? 1u : 0u);
+    if (!row.caption) return;
+    EXPECT_EQ(boxes[0].caption, row.caption);
+    EXPECT_EQ(boxes[0].text, u"System error 6.\r\n");
+    EXPECT_EQ(boxes[0].style, 0u);
 }
 
-TEST_F(Comms, SendFailuresShowTheirBoxes) {
-    struct Row {
-        Call call;
-        const char16_t* caption;
-    } rows[] = {
-        {Call::CreateEvent, u"IPC sendMsg create event failed"},
-        {Call::OpenEvent, u"IPC sendMsg setting event failed"},
-        {Call::SetEvent, u"IPC sendMsg setting event failed"},
-    };
-    FakeLauncher launcher(fake, base);
-    for (auto row : rows) {
-        fake.fail(row.call, 6, 1);
-        LauncherComms ipc(u"kelsend", platform::infinite);
-        ASSERT_TRUE(ipc.mapSharedMemory());
-        EXPECT_FALSE(ipc.sendMsg());
-        auto boxes = fake.boxes();
-        ASSERT_FALSE(boxes.empty());
-        EXPECT_EQ(boxes.back().caption, row.caption);
-        EXPECT_EQ(boxes.back().text, u"System error 6.\r\n");
-        EXPECT_EQ(boxes.back().style, 0u);
-    }
-    EXPECT_TRUE(launcher.messages.empty());
-}
+constexpr auto none = Call::Count;
+constexpr auto forever = platform::infinite;
+const char16_t* const settingFailed = u"IPC sendMsg setting event failed";
 
-TEST_F(Comms, AnswerEndsTheSendAndTimeoutFailsIt) {
-    FakeLauncher launcher(fake, base);
-    LauncherComms ipc(u"kelsend", platform::infinite);
-    ASSERT_TRUE(ipc.mapSharedMemory());
-    EXPECT_TRUE(ipc.sendMsg());
-    EXPECT_EQ(launcher.messages.size(), 1u);
-    EXPECT_EQ(fake.foreverWaits, 0);
-    auto answer = fake.securityOf(base + u"_event_end");
-    ASSERT_TRUE(answer.has_value());
-    EXPECT_TRUE(answer->hadAttributes && answer->nullDacl);
+INSTANTIATE_TEST_SUITE_P(
+    Launchers, Send,
+    ::testing::Values(
+        SendRow{"NotMapped", Peer::Answers, false, forever, none, 0, false, 0, nullptr, 0},
+        SendRow{"NoLauncher", Peer::None, true, forever, none, 0, false, 0, nullptr, 0},
+        SendRow{"CreateEventFails", Peer::Answers, true, forever, Call::CreateEvent, 1, false, 0,
+                u"IPC sendMsg create event failed", 0},
+        SendRow{"OpenEventFails", Peer::Answers, true, forever, Call::OpenEvent, 1, false, 0,
+                settingFailed, 0},
+        SendRow{"SetEventFails", Peer::Answers, true, forever, Call::SetEvent, 1, false, 0,
+                settingFailed, 0},
+        SendRow{"Answered", Peer::Answers, true, forever, none, 0, true, 1, nullptr, 0},
+        SendRow{"SilentTimesOut", Peer::Silent, true, 300, none, 0, false, 1, nullptr, 0},
+        SendRow{"SilentHoldsForEver", Peer::Silent, true, forever, none, 0, true, 1, nullptr, 1},
+        // The launcher's wait and then the sender's fail: a failed wait is no time-out.
+        SendRow{"FailedWait", Peer::Silent, true, 300, Call::WaitForSingleObject, 2, true, 0,
+                nullptr, 0}),
+    [](const auto& info) { return std::string(info.param.name); });
 
-    FakeLauncher silent(fake, u"Local\\quiet_anna", false);
-    LauncherComms waiting(u"quiet", 300);
-    ASSERT_TRUE(waiting.mapSharedMemory());
-    EXPECT_FALSE(waiting.sendMsg());
-
-    // Without a limit a launcher that never answers holds the sender for ever; every
-    // result but a time-out counts as delivered.
-    LauncherComms forever(u"quiet", platform::infinite);
-    ASSERT_TRUE(forever.mapSharedMemory());
-    EXPECT_TRUE(forever.sendMsg());
-    EXPECT_EQ(fake.foreverWaits, 1);
-}
-
-TEST_F(Comms, FailedWaitCountsAsDelivered) {
-    FakeLauncher launcher(fake, base);
-    LauncherComms ipc(u"kelsend", platform::infinite);
-    ASSERT_TRUE(ipc.mapSharedMemory());
-    fake.fail(Call::WaitForSingleObject, 6, 1);
-    EXPECT_TRUE(ipc.sendMsg()); // only a time-out is a failure
-    EXPECT_TRUE(fake.boxes().empty());
-}
-
-// The conversation on each system: the names, the security of what the sender creates,
-// and the access rights it asks for.
+// The conversation on each system: the names, the security of what either side creates,
+// and the access rights the sender asks for.
 struct SystemRow {
     const char* name;
     std::uint32_t major, platformId;
@@ -177,6 +161,10 @@ TEST_P(ConversationBySystem, NamesSecurityAndAccess) {
     const auto& row = GetParam();
     setVersion(row.major, row.platformId);
     const std::u16string base = row.base;
+    SecurityAttributesHolder holder;
+    auto* sa = makeSecurityAttributes(holder);
+    ASSERT_EQ(sa, row.secured ? &holder.record : nullptr);
+    EXPECT_FALSE(sa && sa->inheritHandle);
     {
         LauncherComms alone(u"kelsend", platform::infinite);
         ASSERT_TRUE(alone.mapSharedMemory());
@@ -193,6 +181,7 @@ TEST_P(ConversationBySystem, NamesSecurityAndAccess) {
     auto answer = fake.securityOf(base + u"_event_end");
     ASSERT_TRUE(answer.has_value());
     EXPECT_EQ(answer->hadAttributes, row.secured);
+    EXPECT_EQ(answer->nullDacl, row.secured);
     EXPECT_EQ(answer->length, row.secured ? 8u : 0u);
     EXPECT_EQ(answer->label, row.label);
     using Access = std::set<std::uint32_t>;
@@ -200,15 +189,20 @@ TEST_P(ConversationBySystem, NamesSecurityAndAccess) {
     EXPECT_EQ(fake.accessAsked[Call::MapViewOfFile], Access{6});
     EXPECT_EQ(fake.accessAsked[Call::OpenMutex], Access{0x1F0003});
     EXPECT_EQ(fake.accessAsked[Call::OpenEvent], Access{0x1F0003});
+    EXPECT_TRUE(fake.boxes().empty());
+    EXPECT_TRUE(fake.debugLines().empty());
 }
+
+const char* const lowLabel = "S:(ML;;NW;;;LW)";
 
 INSTANTIATE_TEST_SUITE_P(
     Systems, ConversationBySystem,
     ::testing::Values(SystemRow{"Platform1", 4, 1, u"kelsend_anna", false, ""},
+                      SystemRow{"Platform1Major5", 5, 1, u"Local\\kelsend_anna", false, ""},
                       SystemRow{"Nt4", 4, 2, u"kelsend_anna", true, ""},
                       SystemRow{"Major5", 5, 2, u"Local\\kelsend_anna", true, ""},
-                      SystemRow{"Major6", 6, 2, u"Local\\kelsend_anna", true, "S:(ML;;NW;;;LW)"},
-                      SystemRow{"Major10", 10, 2, u"Local\\kelsend_anna", true, "S:(ML;;NW;;;LW)"}),
+                      SystemRow{"Major6", 6, 2, u"Local\\kelsend_anna", true, lowLabel},
+                      SystemRow{"Major10", 10, 2, u"Local\\kelsend_anna", true, lowLabel}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(Comms, OnlyAnUnstoppedObjectWakesItsListenerWhenItGoes) {
@@ -224,7 +218,7 @@ TEST_F(Comms, OnlyAnUnstoppedObjectWakesItsListenerWhenItGoes) {
 
 class Messages : public FakeOsTest {
 protected:
-    FakeLauncher launcher{fake, u"Local\\kelsend_anna"};
+    FakeLauncher launcher{fake, base};
     LauncherComms ipc{u"kelsend", platform::infinite};
 };
 
@@ -241,29 +235,21 @@ TEST_F(Messages, StartPrintCarriesThePrinterNameOnly) {
     EXPECT_EQ(m.printerName[11], u'e'); // "a much longer"[11]
 }
 
-TEST_F(Messages, StopPrintCarriesThreeFieldsCutToFit) {
-    std::u16string longDoc(300, u'd');
-    ASSERT_TRUE(sendStopPrint(ipc, u"Foliograph", u"C:\\out\\a.pdf", longDoc));
+TEST_F(Messages, StopPrintCarriesThreeFieldsCutToFitAndNoMore) {
+    std::memset(launcher.record().reserved, 0xAB, sizeof launcher.record().reserved);
+    std::memset(launcher.record().launcherOwned, 0xCD, sizeof launcher.record().launcherOwned);
+    ASSERT_TRUE(sendStopPrint(ipc, std::u16string(400, u'p'), u"C:\\out\\a.pdf",
+                              std::u16string(300, u'd')));
     const auto& m = launcher.messages.at(0);
     EXPECT_EQ(fieldText(m.command), u"stopprint");
-    EXPECT_EQ(fieldText(m.printerName), u"Foliograph");
+    EXPECT_EQ(fieldText(m.printerName), std::u16string(259, u'p'));
     EXPECT_EQ(fieldText(m.filename), u"C:\\out\\a.pdf");
     EXPECT_EQ(fieldText(m.docName), std::u16string(259, u'd'));
     EXPECT_EQ(m.docName[259], u'\0');
-}
-
-TEST_F(Messages, ReservedPartsAreNeverWritten) {
-    std::memset(launcher.record().reserved, 0xAB, sizeof launcher.record().reserved);
-    std::memset(launcher.record().launcherOwned, 0xCD, sizeof launcher.record().launcherOwned);
-    ASSERT_TRUE(sendStopPrint(ipc, std::u16string(400, u'p'), std::u16string(400, u'f'),
-                              std::u16string(400, u'd')));
-    const auto& m = launcher.messages.at(0);
     for (auto b : m.reserved)
         EXPECT_EQ(b, 0xAB);
     for (auto b : m.launcherOwned)
         ASSERT_EQ(b, 0xCD);
-    EXPECT_EQ(fieldText(m.printerName).size(), 259u);
-    EXPECT_EQ(fieldText(m.filename).size(), 259u);
 }
 
 TEST_F(Messages, UnmappableRecordSkipsTheSend) {
@@ -275,9 +261,10 @@ TEST_F(Messages, UnmappableRecordSkipsTheSend) {
     EXPECT_TRUE(fake.boxes().empty());
 }
 
-// isRunning: the names tried, the staggering sleep, the answer.
+// isRunning: the names tried, the staggering sleeps, the answer.
 struct RunningRow {
     const char* name;
+    bool session; // the session-aware proxy, or the plain one
     std::uint32_t major;
     const char16_t* launcherBase; // null: no launcher
     bool running;
@@ -292,126 +279,104 @@ TEST_P(Running, TriesPlainThenSessionNames) {
     setVersion(row.major, 2);
     std::unique_ptr<FakeLauncher> launcher;
     if (row.launcherBase) launcher = std::make_unique<FakeLauncher>(fake, row.launcherBase);
-    CitrixLauncherProxy proxy(3);
-    EXPECT_EQ(proxy.isRunning(), row.running);
+    std::unique_ptr<LauncherProxy> proxy =
+        row.session ? std::make_unique<CitrixLauncherProxy>(3) : std::make_unique<LauncherProxy>();
+    EXPECT_EQ(proxy->isRunning(), row.running);
     EXPECT_EQ(fake.openedMutexNames, row.tried);
     ASSERT_EQ(fake.sleeps.size(), row.sleeps);
-    for (auto ms : fake.sleeps) {
-        EXPECT_GE(ms, 50u);
-        EXPECT_LE(ms, 1049u);
-    }
-    for (auto seed : fake.seeds)
-        EXPECT_EQ(seed, fake.processId);
+    // Each staggering sleep is the C runtime's draw after seeding with the process id.
+    fake.system().seedRandom(fake.processId);
+    auto stagger = static_cast<std::uint32_t>(fake.system().random() % 1000 + 50);
+    for (auto ms : fake.sleeps)
+        EXPECT_EQ(ms, stagger);
 }
 
-const std::u16string plainMutex = u"Local\\kelsend_anna_mutex";
-const std::u16string sessionMutex = u"Session\\3\\kelsend_anna_mutex";
+const char16_t* const sessionBase = u"Session\\3\\kelsend_anna";
+const std::u16string plain = u"Local\\kelsend_anna_mutex", nt4 = u"kelsend_anna_mutex",
+                     session = sessionBase + std::u16string(u"_mutex");
 
 INSTANTIATE_TEST_SUITE_P(
     Launchers, Running,
     ::testing::Values(
-        RunningRow{"PlainAtOnce", 10, u"Local\\kelsend_anna", true, {plainMutex}, 0},
+        RunningRow{"PlainAtOnce", true, 10, base.c_str(), true, {plain}, 0},
+        RunningRow{"NoneOn6", true, 6, nullptr, false, {plain, plain, session, session}, 2},
+        RunningRow{"SessionOn10", true, 10, sessionBase, true, {plain, plain, session}, 1},
+        RunningRow{"OtherSessionUnseenOn5", true, 5, sessionBase, false, {plain, plain}, 1},
+        RunningRow{"NoneOnNt4", true, 4, nullptr, false, {nt4, nt4}, 1},
         RunningRow{
-            "NoneOn6", 6, nullptr, false, {plainMutex, plainMutex, sessionMutex, sessionMutex}, 2},
-        RunningRow{"SessionOn10",
-                   10,
-                   u"Session\\3\\kelsend_anna",
-                   true,
-                   {plainMutex, plainMutex, sessionMutex},
-                   1},
-        RunningRow{"OtherSessionUnseenOn5",
-                   5,
-                   u"Session\\3\\kelsend_anna",
-                   false,
-                   {plainMutex, plainMutex},
-                   1},
-        RunningRow{
-            "NoneOnNt4", 4, nullptr, false, {u"kelsend_anna_mutex", u"kelsend_anna_mutex"}, 1}),
+            "PlainProxyNeverLooksAtSessions", false, 10, sessionBase, false, {plain, plain}, 1}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST_F(FakeOsTest, BaseProxyNeverLooksAtSessions) {
-    LauncherProxy proxy;
-    EXPECT_FALSE(proxy.isRunning());
-    EXPECT_EQ(fake.openedMutexNames, (std::vector<std::u16string>{plainMutex, plainMutex}));
-    // The staggering sleep is the C runtime's draw after seeding with the process id.
-    fake.system().seedRandom(fake.processId);
-    EXPECT_EQ(fake.sleeps.at(0), static_cast<std::uint32_t>(fake.system().random() % 1000 + 50));
-}
-
 TEST_F(FakeOsTest, SessionProxyStaysOnTheSessionForm) {
-    FakeLauncher launcher(fake, u"Session\\3\\kelsend_anna");
+    FakeLauncher launcher(fake, sessionBase);
     CitrixLauncherProxy proxy(3);
     ASSERT_TRUE(proxy.isRunning());
     EXPECT_EQ(proxy.comms().sharedMemoryName, u"Session\\3\\kelsend_anna_sm");
     fake.openedMutexNames.clear();
     EXPECT_TRUE(proxy.isRunning());
-    EXPECT_EQ(fake.openedMutexNames, std::vector<std::u16string>{sessionMutex});
+    EXPECT_EQ(fake.openedMutexNames, std::vector<std::u16string>{session});
     ASSERT_TRUE(sendStartPrint(proxy.comms(), u"P"));
     EXPECT_EQ(launcher.messages.size(), 1u);
 }
 
-using Stop = FakeOsTest;
+// stopLauncher: the running launcher by message, an old one woken under the old names.
+struct StopRow {
+    const char* name;
+    std::uint32_t major;
+    const char16_t* base; // where the launcher lives, or where the old one is looked for
+    bool launcher;
+    Call fails;
+    const char16_t* commandSeen; // the command of the one message, or null for none
+    bool oldNames;               // woken under the old names: the 150 ms pause
+};
 
-TEST_F(Stop, RunningLauncherGetsTheEmptyCommand) {
-    FakeLauncher launcher(fake, u"Local\\kelsend_anna");
-    copyField(launcher.record().command, u"stopprint");
-    LauncherProxy proxy;
-    EXPECT_TRUE(proxy.stopLauncher());
-    ASSERT_EQ(launcher.messages.size(), 1u);
-    EXPECT_EQ(launcher.messages[0].command[0], u'\0');
-}
+class Stop : public FakeOsTest, public ::testing::WithParamInterface<StopRow> {};
 
-TEST_F(Stop, OldVersionLauncherIsWokenUnderTheOldNames) {
-    FakeLauncher old(fake, u"Global\\kelsend_anna");
-    copyField(old.record().command, u"stopprint");
+TEST_P(Stop, EndsWithTheEmptyCommandAndReportsDone) {
+    const auto& row = GetParam();
+    setVersion(row.major, 2);
+    const std::u16string base = row.base;
+    std::unique_ptr<FakeLauncher> launcher;
+    if (row.launcher) {
+        launcher = std::make_unique<FakeLauncher>(fake, base);
+        copyField(launcher->record().command, u"stopprint");
+    }
+    if (row.fails != Call::Count) fake.fail(row.fails);
     LauncherProxy proxy;
     fake.sleeps.clear();
     EXPECT_TRUE(proxy.stopLauncher());
-    ASSERT_EQ(old.messages.size(), 1u);
-    EXPECT_EQ(old.messages[0].command[0], u'\0');
-    ASSERT_FALSE(fake.sleeps.empty());
-    EXPECT_EQ(fake.sleeps.back(), 150u);
-    EXPECT_EQ(fake.openedEventNames.front(), u"Global\\kelsend_anna_event");
-}
-
-TEST_F(Stop, OldVersionLauncherIsWokenEvenWithoutItsRecord) {
-    FakeLauncher old(fake, u"Global\\kelsend_anna");
-    copyField(old.record().command, u"stopprint");
-    fake.fail(Call::MapViewOfFile);
-    LauncherProxy proxy;
-    EXPECT_TRUE(proxy.stopLauncher());
-    ASSERT_EQ(old.messages.size(), 1u);
-    EXPECT_EQ(fieldText(old.messages[0].command), u"stopprint"); // nothing could clear it
-    EXPECT_EQ(fake.sleeps.back(), 150u);
-}
-
-TEST_F(Stop, NoLauncherAtAllStillReportsDone) {
-    setVersion(4, 2);
-    LauncherProxy proxy;
-    EXPECT_TRUE(proxy.stopLauncher());
-    EXPECT_EQ(fake.openedEventNames, std::vector<std::u16string>{u"kelsend_anna_event"});
-    EXPECT_EQ(fake.openedMappingNames.back(), u"kelsend_anna_sm");
-    EXPECT_FALSE(fake.exists(u"kelsend_anna_sm")); // made for the try, gone with it
+    if (row.commandSeen) {
+        ASSERT_EQ(launcher->messages.size(), 1u);
+        EXPECT_EQ(fieldText(launcher->messages[0].command), row.commandSeen);
+    }
+    EXPECT_EQ(fake.openedEventNames.at(0), base + u"_event");
+    EXPECT_EQ(fake.openedMappingNames.back(), base + u"_sm");
+    EXPECT_EQ(!fake.sleeps.empty() && fake.sleeps.back() == 150, row.oldNames);
+    EXPECT_EQ(fake.exists(base + u"_sm"), row.launcher); // a record made for the try is gone
     EXPECT_TRUE(fake.boxes().empty());
 }
 
-using Cleanup = FakeOsTest;
+INSTANTIATE_TEST_SUITE_P(
+    Launchers, Stop,
+    ::testing::Values(StopRow{"Running", 10, u"Local\\kelsend_anna", true, none, u"", false},
+                      StopRow{"OldVersion", 10, u"Global\\kelsend_anna", true, none, u"", true},
+                      // Nothing could clear the old record, and the launcher is woken all the same.
+                      StopRow{"OldVersionWithoutItsRecord", 10, u"Global\\kelsend_anna", true,
+                              Call::MapViewOfFile, u"stopprint", true},
+                      StopRow{"NoneAtAll", 4, u"kelsend_anna", false, none, nullptr, false}),
+    [](const auto& info) { return std::string(info.param.name); });
 
-TEST_F(Cleanup, CarriesThePrinterNameOrNone) {
-    FakeLauncher launcher(fake, u"Local\\kelsend_anna");
-    copyField(launcher.record().printerName, u"stale");
+TEST_F(FakeOsTest, CleanupCarriesThePrinterNameOrNone) {
     CitrixLauncherProxy proxy(1);
+    EXPECT_FALSE(proxy.sendPrinterCleanup(u"Foliograph")); // nobody listens yet
+    FakeLauncher launcher(fake, base);
+    copyField(launcher.record().printerName, u"stale");
     EXPECT_TRUE(proxy.sendPrinterCleanup(u"Foliograph"));
     EXPECT_TRUE(proxy.sendPrinterCleanup(nullptr));
     ASSERT_EQ(launcher.messages.size(), 2u);
     EXPECT_EQ(fieldText(launcher.messages[0].command), u"printercleanup");
     EXPECT_EQ(fieldText(launcher.messages[0].printerName), u"Foliograph");
     EXPECT_EQ(fieldText(launcher.messages[1].printerName), u"");
-}
-
-TEST_F(Cleanup, WithoutLauncherNothingIsDelivered) {
-    CitrixLauncherProxy proxy(1);
-    EXPECT_FALSE(proxy.sendPrinterCleanup(u"Foliograph"));
     EXPECT_TRUE(fake.boxes().empty());
 }
 

@@ -41,29 +41,33 @@ TEST_F(RunProcess, FailureGoesToTheDebugger) {
 
 const std::u16string runKey = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 const std::u16string driverDir = u"C:\\windows\\system32\\spool\\drivers\\x64\\3\\";
-
-// 400 bytes with its NUL: more than the 260 bytes the value is read into.
-const std::u16string longEntry(199, u'x');
+const std::u16string otherEntry = u"D:\\old\\kelmsnd.exe";
 
 struct AutostartRow {
     const char* name;
-    const char16_t* entry; // null: none
-    bool setup;            // kelsetup.exe started
+    std::u16string entry; // empty: none
+    bool setup;           // kelsetup.exe started
+    std::u16string directory = driverDir;
+    std::u16string printer = u"My Printer";
+    Call fails = Call::Count;
 };
 
 class Autostart : public FakeOsTest, public ::testing::WithParamInterface<AutostartRow> {};
 
 TEST_P(Autostart, RepairsOnlyAnEntryOfAnotherDriver) {
-    auto row = GetParam();
-    if (row.entry)
+    const auto& row = GetParam();
+    if (!row.entry.empty())
         fake.setRegistryValue(RegistryRoot::CurrentUser, runKey, u"kelmsnd.exe",
                               platform::stringValue(row.entry));
-    checkAutostart(u"My Printer", driverDir);
+    if (row.fails != Call::Count) fake.fail(row.fails);
+    checkAutostart(row.printer, row.directory);
     EXPECT_EQ(fake.accessAsked[Call::RegCreateKey], std::set<std::uint32_t>{0x2001F});
     ASSERT_EQ(fake.started.size(), row.setup ? 1u : 0u);
     if (!row.setup) return;
-    EXPECT_EQ(fake.started[0].commandLine,
-              driverDir + u"kelsetup.exe -printer=\"My Printer\" -installStartmenu");
+    // Only the setup name is checked to fit the path's buffer: the rest is cut to it.
+    auto command =
+        row.directory + u"kelsetup.exe -printer=\"" + row.printer + u"\" -installStartmenu";
+    EXPECT_EQ(fake.started[0].commandLine, command.substr(0, 259));
     EXPECT_EQ(fake.started[0].creationFlags, 0x28u);
     EXPECT_FALSE(fake.started[0].workingDirectory.has_value());
     EXPECT_FALSE(fake.started[0].showWindow.has_value());
@@ -71,38 +75,18 @@ TEST_P(Autostart, RepairsOnlyAnEntryOfAnotherDriver) {
 
 INSTANTIATE_TEST_SUITE_P(
     Entries, Autostart,
-    ::testing::Values(AutostartRow{"Missing", nullptr, false},
-                      AutostartRow{"Current",
-                                   u"C:\\windows\\system32\\spool\\drivers\\x64\\3\\kelmsnd.exe",
-                                   false},
-                      AutostartRow{"OldDriverVersion2",
-                                   u"C:\\windows\\system32\\spool\\drivers\\w32x86\\2\\kelmsnd.exe",
-                                   true},
-                      AutostartRow{"OtherPath", u"D:\\old\\kelmsnd.exe", true},
-                      AutostartRow{"TooLongForItsBuffer", longEntry.c_str(), false}),
+    ::testing::Values(
+        AutostartRow{"Missing", u"", false},
+        AutostartRow{"Current", driverDir + u"kelmsnd.exe", false},
+        AutostartRow{"OldDriverVersion2",
+                     u"C:\\windows\\system32\\spool\\drivers\\w32x86\\2\\kelmsnd.exe", true},
+        AutostartRow{"OtherPath", otherEntry, true},
+        // 400 bytes with its NUL: more than the 260 bytes the value is read into.
+        AutostartRow{"TooLongForItsBuffer", std::u16string(199, u'x'), false},
+        AutostartRow{"KeyCannotBeOpened", otherEntry, false, driverDir, u"P", Call::RegCreateKey},
+        AutostartRow{"NoRoomForTheSetupName", otherEntry, false, std::u16string(248, u'd')},
+        AutostartRow{"RoomForTheSetupName", otherEntry, true, std::u16string(247, u'd')},
+        AutostartRow{"LongPrinterName", otherEntry, true, driverDir, std::u16string(300, u'n')}),
     [](const auto& info) { return std::string(info.param.name); });
-
-TEST_F(FakeOsTest, AutostartSkipsWhenTheKeyCannotBeOpened) {
-    fake.setRegistryValue(RegistryRoot::CurrentUser, runKey, u"kelmsnd.exe",
-                          platform::stringValue(u"D:\\old\\kelmsnd.exe"));
-    fake.fail(Call::RegCreateKey);
-    checkAutostart(u"P", driverDir);
-    EXPECT_TRUE(fake.started.empty());
-}
-
-TEST_F(FakeOsTest, AutostartNeedsRoomForTheSetupName) {
-    fake.setRegistryValue(RegistryRoot::CurrentUser, runKey, u"kelmsnd.exe",
-                          platform::stringValue(u"D:\\old\\kelmsnd.exe"));
-    checkAutostart(u"P", std::u16string(248, u'd')); // 248 + 12 > 259
-    EXPECT_TRUE(fake.started.empty());
-    checkAutostart(u"P", std::u16string(247, u'd'));
-    EXPECT_EQ(fake.started.size(), 1u);
-    // The rest of the command goes into the path's buffer unchecked: it is cut to fit.
-    std::u16string longName(300, u'n');
-    checkAutostart(longName, driverDir);
-    ASSERT_EQ(fake.started.size(), 2u);
-    EXPECT_EQ(fake.started[1].commandLine,
-              (driverDir + u"kelsetup.exe -printer=\"" + longName).substr(0, 259));
-}
 
 } // namespace

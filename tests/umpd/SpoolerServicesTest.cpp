@@ -1,3 +1,4 @@
+#include "platform/WideText.h"
 #include "umpd/DevMode.h"
 #include "umpd/FakeOs.h"
 #include "umpd/PrintJob.h"
@@ -5,20 +6,24 @@
 #include "umpd/PrinterEnumeration.h"
 #include "umpd/SystemServices.h"
 
+#include <cstring>
+
 using namespace testing_support;
 using platform::Call;
 
 namespace {
 
 const std::u16string ourDriver = u"Tamarisk Foliograph";
+const std::u16string longPort = u"," + std::u16string(400, u'p');
+const std::u16string longPortCut = longPort.substr(0, 259);
 
 // setPrinterName with each form of name, over one set of installed printers.
 struct NameRow {
     const char* name;
     const char16_t* given;
     const char16_t* printerName;
-    const char16_t* portName;
-    const char16_t* currentName;
+    const char16_t* portName; // also the current name when not empty
+    Call fails = Call::Count;
 };
 
 class SetPrinterName : public FakeOsTest, public ::testing::WithParamInterface<NameRow> {
@@ -33,28 +38,30 @@ protected:
 };
 
 TEST_P(SetPrinterName, ResolvesPortForms) {
-    auto row = GetParam();
+    const auto& row = GetParam();
+    if (row.fails != Call::Count) fake.fail(row.fails);
     PrinterConfig config;
     config.settings.set(u"stale", u"1");
     config.setPrinterName(row.given);
     EXPECT_EQ(config.printerName, row.printerName);
     EXPECT_EQ(config.portName, row.portName);
-    EXPECT_EQ(config.currentName(), row.currentName);
+    EXPECT_EQ(config.currentName(), *row.portName ? row.portName : row.printerName);
+    EXPECT_EQ(config.settings.size(), 1u);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Names, SetPrinterName,
     ::testing::Values(
-        NameRow{"Plain", u"Office PDF", u"Office PDF", u"", u"Office PDF"},
-        NameRow{"LocalPortNameIsAPlainName", u"kelport1:", u"kelport1:", u"", u"kelport1:"},
-        NameRow{"CommaFormOfPortOfOurDriverOnly", u",,srv,port", u"\\\\srv\\queue", u",,srv,port",
-                u",,srv,port"},
-        NameRow{"BackslashFormOfPort", u"\\\\srv\\port", u"\\\\srv\\queue", u"\\\\srv\\port",
-                u"\\\\srv\\port"},
-        NameRow{"CommaFormOfPrinter", u",,SRV,QUEUE", u"\\\\srv\\queue", u",,SRV,QUEUE",
-                u",,SRV,QUEUE"},
-        NameRow{"FirstMatchWins", u",kelport2", u"Second", u",kelport2", u",kelport2"},
-        NameRow{"NoPrinterOnPort", u",nowhere", u"", u",nowhere", u",nowhere"}),
+        NameRow{"Plain", u"Office PDF", u"Office PDF", u""},
+        NameRow{"LocalPortNameIsAPlainName", u"kelport1:", u"kelport1:", u""},
+        NameRow{"CommaFormOfPortOfOurDriverOnly", u",,srv,port", u"\\\\srv\\queue", u",,srv,port"},
+        NameRow{"BackslashFormOfPort", u"\\\\srv\\port", u"\\\\srv\\queue", u"\\\\srv\\port"},
+        NameRow{"CommaFormOfPrinter", u",,SRV,QUEUE", u"\\\\srv\\queue", u",,SRV,QUEUE"},
+        NameRow{"FirstMatchWins", u",kelport2", u"Second", u",kelport2"},
+        NameRow{"NoPrinterOnPort", u",nowhere", u"", u",nowhere"},
+        NameRow{"LongPortFormIsCut", longPort.c_str(), u"", longPortCut.c_str()},
+        NameRow{"SpoolerFailureMatchesNothing", u",kelport2", u"", u",kelport2",
+                Call::EnumPrinters}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(FakeOsTest, EmptyNameLoadsTheDefaultAndClearsSettings) {
@@ -65,28 +72,13 @@ TEST_F(FakeOsTest, EmptyNameLoadsTheDefaultAndClearsSettings) {
     EXPECT_EQ(config.printerName, u"Tamarisk Foliograph");
     EXPECT_EQ(config.portName, u"");
     EXPECT_EQ(config.settings.size(), 0u);
-
-    fake.setRegistryValue(platform::RegistryRoot::CurrentUser, u"Software\\Foliograph",
-                          u"printerName", platform::stringValue(u"Stored default"));
-    config.setPrinterName(u"");
-    EXPECT_EQ(config.printerName, u"Stored default");
-    // A stored name above 520 bytes is not taken.
-    fake.setRegistryValue(platform::RegistryRoot::CurrentUser, u"Software\\Foliograph",
-                          u"printerName", platform::stringValue(std::u16string(260, u'n')));
-    config.setPrinterName(u"");
-    EXPECT_EQ(config.printerName, u"Tamarisk Foliograph");
-}
-
-TEST_F(FakeOsTest, PortFormsAreCutAndSpoolerFailureMatchesNothing) {
-    fake.addPrinter(u"P", ourDriver, u"KELPORT1:");
-    PrinterConfig config;
-    config.setPrinterName((u"," + std::u16string(400, u'p')).c_str());
-    EXPECT_EQ(config.portName.size(), 259u);
-    EXPECT_EQ(config.printerName, u"");
-    fake.fail(Call::EnumPrinters);
-    config.setPrinterName(u",KELPORT1:");
-    EXPECT_EQ(config.printerName, u"");
-    EXPECT_EQ(config.portName, u",KELPORT1:");
+    // A stored name is taken, unless it is above 520 bytes.
+    for (auto stored : {std::u16string(u"Stored default"), std::u16string(260, u'n')}) {
+        fake.setRegistryValue(platform::RegistryRoot::CurrentUser, u"Software\\Foliograph",
+                              u"printerName", platform::stringValue(stored));
+        config.setPrinterName(u"");
+        EXPECT_EQ(config.printerName, stored.size() < 260 ? stored : u"Tamarisk Foliograph");
+    }
 }
 
 TEST_F(FakeOsTest, FindPortSkipsRecordsWithoutDriverOrPort) {
@@ -108,27 +100,20 @@ TEST_F(FakeOsTest, FindPortSkipsRecordsWithoutDriverOrPort) {
     EXPECT_EQ(result, std::u16string(259, u'q'));
 }
 
-struct DeviceRow {
-    const char16_t* printer;
-    const char16_t* device;
-};
-
-class DeviceName : public ::testing::TestWithParam<DeviceRow> {};
-
-TEST_P(DeviceName, IsTheLastPathComponentCutTo31) {
-    auto bytes = buildDevMode(GetParam().printer);
-    DevModeRecord dm;
-    std::memcpy(&dm, bytes.data(), sizeof dm);
-    EXPECT_EQ(fieldText(dm.dmDeviceName), GetParam().device);
+TEST(DeviceName, IsTheLastPathComponentCutTo31) {
+    struct Row {
+        const char16_t *printer, *device;
+    } rows[] = {{u"Office PDF", u"Office PDF"},
+                {u"\\\\srv\\queue", u"queue"},
+                {u"\\\\srv\\queue\\", u"\\"},
+                {u"", u""},
+                {u"A printer name of forty characters long!", u"A printer name of forty charact"}};
+    for (auto row : rows) {
+        DevModeRecord dm;
+        std::memcpy(&dm, buildDevMode(row.printer).data(), sizeof dm);
+        EXPECT_EQ(fieldText(dm.dmDeviceName), row.device);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Names, DeviceName,
-                         ::testing::Values(DeviceRow{u"Office PDF", u"Office PDF"},
-                                           DeviceRow{u"\\\\srv\\queue", u"queue"},
-                                           DeviceRow{u"\\\\srv\\queue\\", u"\\"},
-                                           DeviceRow{u"", u""},
-                                           DeviceRow{u"A printer name of forty characters long!",
-                                                     u"A printer name of forty charact"}));
 
 TEST_F(FakeOsTest, OpenPrinterPassesRawDefaultsAndTheDevMode) {
     fake.addPrinter(u"\\\\srv\\queue", ourDriver, u"KELPORT1:");
@@ -141,22 +126,17 @@ TEST_F(FakeOsTest, OpenPrinterPassesRawDefaultsAndTheDevMode) {
     ASSERT_TRUE(defaults.has_value());
     EXPECT_EQ(defaults->datatype, u"RAW");
     EXPECT_EQ(defaults->desiredAccess, 8u);
-    ASSERT_EQ(defaults->devMode.size(), 220u + 180u);
-    auto u16 = [&](std::size_t at) {
-        return defaults->devMode[at] | defaults->devMode[at + 1] << 8;
-    };
-    struct Field {
-        std::size_t offset;
-        int value;
-    } fields[] = {{64, 0x401}, {66, 0x400}, {68, 220},   {70, 180}, {72, 0x4F13}, {74, 1},
-                  {76, 1},     {78, 1},     {80, 0},     {82, 0},   {84, 100},    {86, 1},
-                  {88, 15},    {90, 300},   {92, 2},     {94, 1},   {96, 0},      {98, 3},
-                  {100, 0},    {102, u'A'}, {104, u'4'}, {106, 0}};
-    for (auto f : fields)
-        EXPECT_EQ(u16(f.offset), f.value) << "offset " << f.offset;
-    EXPECT_EQ(u16(0), u'q');
-    for (std::size_t i = 166; i < defaults->devMode.size(); ++i)
-        ASSERT_EQ(defaults->devMode[i], 0) << i;
+    const auto& bytes = defaults->devMode;
+    ASSERT_EQ(bytes.size(), 220u + 180u);
+    auto word = [&](std::size_t at) { return bytes[at] | bytes[at + 1] << 8; };
+    EXPECT_EQ(word(0), u'q'); // the device name's first unit
+    // Every 16-bit word from the version to the form name's terminator.
+    const int words[] = {0x401, 0x400, 220, 180, 0x4F13, 1, 1, 1, 0,   0,   100,
+                         1,     15,    300, 2,   1,      0, 3, 0, 'A', '4', 0};
+    for (std::size_t i = 0; i < std::size(words); ++i)
+        EXPECT_EQ(word(64 + 2 * i), words[i]) << "offset " << 64 + 2 * i;
+    for (std::size_t i = 166; i < bytes.size(); ++i)
+        ASSERT_EQ(bytes[i], 0) << i;
 
     PrinterConfig missing;
     missing.setPrinterName(u"absent");
@@ -164,7 +144,6 @@ TEST_F(FakeOsTest, OpenPrinterPassesRawDefaultsAndTheDevMode) {
     EXPECT_EQ(missing.printerHandle, nullptr);
 }
 
-// The current job's document name: the job last in the queue.
 platform::JobInfo2 job(std::uint32_t id, std::int32_t position, const char16_t* document) {
     platform::JobInfo2 j;
     j.jobId = id;
@@ -173,85 +152,75 @@ platform::JobInfo2 job(std::uint32_t id, std::int32_t position, const char16_t* 
     return j;
 }
 
-class CurrentJob : public FakeOsTest {
+class PrinterP : public FakeOsTest {
 protected:
-    CurrentJob() { fake.addPrinter(u"P", ourDriver, u"KELPORT1:"); }
+    PrinterP() { fake.addPrinter(u"P", ourDriver, u"KELPORT1:"); }
     std::vector<platform::JobInfo2>& jobs() { return fake.printer(u"P")->jobs; }
-    PrinterConfig config() {
+    // A config of P with its printer opened, or left to open itself.
+    PrinterConfig config(bool open = true) {
         PrinterConfig c;
         c.setPrinterName(u"P");
+        EXPECT_TRUE(!open || c.openPrinter(8));
         return c;
     }
 };
 
-TEST_F(CurrentJob, LastInQueueAndFirstOfEquals) {
-    struct Row {
-        std::vector<platform::JobInfo2> jobs;
-        const char16_t* docName;
-        std::uint32_t jobId;
-    } rows[] = {
-        {{job(4, 1, u"a"), job(5, 3, u"b"), job(6, 3, u"c"), job(7, 2, u"d")}, u"b", 5},
-        {{job(4, -1, u"neg"), job(5, -7, u"more neg")}, u"neg", 4},
-        {{job(9, 1, nullptr)}, u"", 9},
-        {{job(9, 1, std::u16string(300, u'z').c_str())}, nullptr, 9},
-    };
-    for (auto& row : rows) {
-        jobs() = row.jobs;
-        auto c = config();
-        std::u16string docName = u"before";
-        std::uint32_t jobId = 0;
-        getCurrentPrintJobDocName(c, docName, jobId);
-        EXPECT_EQ(docName, row.docName ? std::u16string(row.docName) : std::u16string(259, u'z'));
-        EXPECT_EQ(jobId, row.jobId);
-    }
+// The current job's document name: the job last in the queue, or the name left alone.
+struct CurrentJobRow {
+    const char* name;
+    std::vector<platform::JobInfo2> jobs;
+    std::uint32_t jobIdIn;
+    const char16_t* docName; // null: 259 'z'
+    std::uint32_t jobId;
+    Call fails = Call::Count;
+    std::optional<std::uint32_t> counted = std::nullopt;
+};
+
+class CurrentJob : public PrinterP, public ::testing::WithParamInterface<CurrentJobRow> {};
+
+TEST_P(CurrentJob, IsTheLastInTheQueue) {
+    const auto& row = GetParam();
+    jobs() = row.jobs;
+    fake.printer(u"P")->countedJobs = row.counted;
+    if (row.fails != Call::Count) fake.fail(row.fails);
+    auto c = config(false);
+    std::u16string docName = u"before";
+    std::uint32_t jobId = row.jobIdIn;
+    getCurrentPrintJobDocName(c, docName, jobId);
+    EXPECT_EQ(docName, row.docName ? std::u16string(row.docName) : std::u16string(259, u'z'));
+    EXPECT_EQ(jobId, row.jobId);
 }
 
-TEST_F(CurrentJob, KnownJobIdIsKept) {
-    jobs() = {job(4, 1, u"a")};
-    auto c = config();
-    std::u16string docName;
-    std::uint32_t jobId = 77;
-    getCurrentPrintJobDocName(c, docName, jobId);
-    EXPECT_EQ(docName, u"a");
-    EXPECT_EQ(jobId, 77u);
-}
+const std::u16string longDocument(300, u'z');
 
-TEST_F(CurrentJob, FailuresLeaveTheDocumentNameAlone) {
-    jobs() = {job(4, 1, u"a")};
-    struct Row {
-        const char* name;
-        Call call;
-    } rows[] = {
-        {"open", Call::OpenPrinter}, {"printer", Call::GetPrinter}, {"jobs", Call::EnumJobs}};
-    for (auto row : rows) {
-        SCOPED_TRACE(row.name);
-        fake.fail(row.call, 5, 1);
-        auto c = config();
-        std::u16string docName = u"kept";
-        std::uint32_t jobId = 0;
-        getCurrentPrintJobDocName(c, docName, jobId);
-        EXPECT_EQ(docName, u"kept");
-        EXPECT_EQ(jobId, 0u);
-    }
-    jobs().clear(); // an empty queue gives no list at all
-    auto c = config();
-    std::u16string docName = u"kept";
-    std::uint32_t jobId = 0;
-    getCurrentPrintJobDocName(c, docName, jobId);
-    EXPECT_EQ(docName, u"kept");
-    fake.printer(u"P")->countedJobs = 1; // counted, yet none listed: an empty list
-    getCurrentPrintJobDocName(c, docName, jobId);
-    EXPECT_EQ(docName, u"");
-    EXPECT_EQ(jobId, 0u);
-}
+INSTANTIATE_TEST_SUITE_P(
+    Queues, CurrentJob,
+    ::testing::Values(
+        CurrentJobRow{"FirstOfEqualPositions",
+                      {job(4, 1, u"a"), job(5, 3, u"b"), job(6, 3, u"c"), job(7, 2, u"d")},
+                      0,
+                      u"b",
+                      5},
+        CurrentJobRow{"SignedPositions", {job(4, -1, u"neg"), job(5, -7, u"more")}, 0, u"neg", 4},
+        CurrentJobRow{"NoDocument", {job(9, 1, nullptr)}, 0, u"", 9},
+        CurrentJobRow{"LongDocumentIsCut", {job(9, 1, longDocument.c_str())}, 0, nullptr, 9},
+        CurrentJobRow{"KnownJobIdIsKept", {job(4, 1, u"a")}, 77, u"a", 77},
+        CurrentJobRow{"OpenFails", {job(4, 1, u"a")}, 0, u"before", 0, Call::OpenPrinter},
+        CurrentJobRow{"GetPrinterFails", {job(4, 1, u"a")}, 0, u"before", 0, Call::GetPrinter},
+        CurrentJobRow{"EnumJobsFails", {job(4, 1, u"a")}, 0, u"before", 0, Call::EnumJobs},
+        CurrentJobRow{"EmptyQueueGivesNoList", {}, 0, u"before", 0},
+        CurrentJobRow{"CountedButNoneListed", {}, 0, u"", 0, Call::Count, 1}),
+    [](const auto& info) { return std::string(info.param.name); });
 
-TEST_F(CurrentJob, AllJobsAskForTwoMoreThanCounted) {
+using PrintJobs = PrinterP;
+
+TEST_F(PrintJobs, AllJobsAskForTwoMoreThanCounted) {
     for (std::uint32_t i = 1; i <= 7; ++i)
         jobs().push_back(job(i, static_cast<int>(i), u"d"));
     auto c = config();
-    ASSERT_TRUE(c.openPrinter(8));
     struct Row {
-        std::uint32_t counted, listed;
+        std::optional<std::uint32_t> counted;
+        std::uint32_t listed;
     } rows[] = {{7, 7}, {5, 7}, {4, 6}, {1, 3}};
     for (auto row : rows) {
         fake.printer(u"P")->countedJobs = row.counted; // the queue grew since it was counted
@@ -268,36 +237,28 @@ TEST_F(CurrentJob, AllJobsAskForTwoMoreThanCounted) {
     EXPECT_EQ(count, 0u);
 }
 
-TEST_F(CurrentJob, CompletedJobsAreCancelledOrDeleted) {
+TEST_F(PrintJobs, CompletedJobsAreCancelledOrDeleted) {
     using Controls = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
-    struct Row {
-        std::uint32_t platformId, command;
-    } rows[] = {{1, 3}, {2, 5}};
-    for (auto row : rows) {
-        fake.version->platformId = row.platformId;
+    auto c = config();
+    for (auto [platformId, command] : {std::pair{1u, 3u}, std::pair{2u, 5u}}) {
+        fake.version->platformId = platformId;
         jobs() = {job(4, 1, u"a"), job(5, 2, u"b"), job(6, 3, u"c")};
         jobs()[0].status = 0x1000;        // complete
         jobs()[1].status = 0x10;          // printing
         jobs()[2].status = 0x1000 | 0x80; // complete and printed
         fake.printer(u"P")->jobControls.clear();
-        auto c = config();
-        ASSERT_TRUE(c.openPrinter(8));
         PrintJob::deleteCompletedJobs(*c.printerHandle);
-        EXPECT_EQ(fake.printer(u"P")->jobControls, (Controls{{4, row.command}, {6, row.command}}));
+        EXPECT_EQ(fake.printer(u"P")->jobControls, (Controls{{4, command}, {6, command}}));
     }
     EXPECT_TRUE(fake.debugLines().empty());
     jobs().clear();
-    auto c = config();
-    ASSERT_TRUE(c.openPrinter(8));
     PrintJob::deleteCompletedJobs(*c.printerHandle);
     EXPECT_EQ(fake.debugLines(), std::vector<std::string>{"PrintJob::getAllJobs FAILED"});
 }
 
-TEST_F(CurrentJob, InfoCacheFetchesAnewEachTime) {
-    PrinterInfoCache none;
-    EXPECT_EQ(none.fetch(), nullptr);
+TEST_F(PrintJobs, InfoCacheFetchesAnewEachTime) {
+    EXPECT_EQ(PrinterInfoCache().fetch(), nullptr);
     auto c = config();
-    ASSERT_TRUE(c.openPrinter(8));
     PrinterInfoCache cache(c.printerHandle.get());
     auto* info = cache.fetch();
     ASSERT_NE(info, nullptr);
@@ -307,54 +268,51 @@ TEST_F(CurrentJob, InfoCacheFetchesAnewEachTime) {
     EXPECT_EQ(cache.info, nullptr);
 }
 
-using SelfScope = FakeOsTest;
+// The spooler's identity for the scope, the client's after it.
+struct SelfRow {
+    const char* name;
+    std::uint32_t platformId;
+    Call fails; // Call::Count: none
+    bool hasRevert;
+    bool impersonates;
+    const char16_t* caption; // null: no box
+    const char16_t* text;
+};
 
-TEST_F(SelfScope, RevertsForTheScopeAndImpersonatesAfter) {
+class SelfScope : public FakeOsTest, public ::testing::WithParamInterface<SelfRow> {};
+
+TEST_P(SelfScope, RevertsForTheScopeAndImpersonatesAfter) {
+    const auto& row = GetParam();
+    fake.version->platformId = row.platformId;
+    if (row.fails != Call::Count) fake.fail(row.fails);
+    fake.spoolssHasRevert = row.hasRevert;
     {
         PrinterSelfScope scope;
-        EXPECT_NE(scope.token, 0u);
+        EXPECT_EQ(scope.token != 0, row.impersonates);
         EXPECT_EQ(fake.impersonatedWith, 0u);
     }
-    EXPECT_NE(fake.impersonatedWith, 0u);
-    EXPECT_TRUE(fake.boxes().empty());
+    EXPECT_EQ(fake.impersonatedWith != 0, row.impersonates);
+    EXPECT_EQ(fake.callCount(Call::ImpersonatePrinterClient), row.impersonates ? 1 : 0);
+    EXPECT_EQ(fake.callCount(Call::LoadSpoolss), row.platformId == 1 ? 0 : 1);
+    auto boxes = fake.boxes();
+    ASSERT_EQ(boxes.size(), row.caption ? 1u : 0u);
+    if (!row.caption) return;
+    EXPECT_EQ(boxes[0].caption, row.caption);
+    EXPECT_EQ(boxes[0].text, row.text);
+    EXPECT_EQ(boxes[0].style, 0x200000u);
 }
 
-TEST_F(SelfScope, FailuresAndOldSystems) {
-    struct Row {
-        const char* name;
-        std::uint32_t platformId;
-        Call fails; // Call::Count: none
-        bool noRevert;
-        const char16_t* caption; // null: no box
-        const char16_t* text;
-    } rows[] = {
-        {"platform 1", 1, Call::Count, false, nullptr, nullptr},
-        {"no spoolss", 2, Call::LoadSpoolss, false, u"LoadLibrary spoolss.dll",
-         u"System error 5.\r\n"},
-        {"no RevertToPrinterSelf", 2, Call::Count, true, u"GetProcAddress RevertToPrinterSelf",
-         u"System error 127.\r\n"},
-        {"no token", 2, Call::RevertToPrinterSelf, false, nullptr, nullptr},
-    };
-    for (auto row : rows) {
-        SCOPED_TRACE(row.name);
-        platform::FakePlatform local;
-        platform::setCurrent(&local);
-        local.version->platformId = row.platformId;
-        if (row.fails != Call::Count) local.fail(row.fails);
-        local.spoolssHasRevert = !row.noRevert;
-        { PrinterSelfScope scope; }
-        EXPECT_EQ(local.callCount(Call::ImpersonatePrinterClient), 0);
-        EXPECT_EQ(local.callCount(Call::LoadSpoolss), row.platformId == 1 ? 0 : 1);
-        auto boxes = local.boxes();
-        ASSERT_EQ(boxes.size(), row.caption ? 1u : 0u);
-        if (row.caption) {
-            EXPECT_EQ(boxes[0].caption, row.caption);
-            EXPECT_EQ(boxes[0].text, row.text);
-            EXPECT_EQ(boxes[0].style, 0x200000u);
-        }
-        platform::setCurrent(&fake);
-    }
-}
+INSTANTIATE_TEST_SUITE_P(
+    Systems, SelfScope,
+    ::testing::Values(SelfRow{"Works", 2, Call::Count, true, true, nullptr, nullptr},
+                      SelfRow{"Platform1", 1, Call::Count, true, false, nullptr, nullptr},
+                      SelfRow{"NoSpoolss", 2, Call::LoadSpoolss, true, false,
+                              u"LoadLibrary spoolss.dll", u"System error 5.\r\n"},
+                      SelfRow{"NoRevertToPrinterSelf", 2, Call::Count, false, false,
+                              u"GetProcAddress RevertToPrinterSelf", u"System error 127.\r\n"},
+                      SelfRow{"NoToken", 2, Call::RevertToPrinterSelf, true, false, nullptr,
+                              nullptr}),
+    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(StringMapTest, KeysWithoutCaseAndAFixedSize) {
     StringMap map;

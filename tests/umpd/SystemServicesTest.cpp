@@ -38,13 +38,6 @@ TEST_F(SystemServices, FailedVersionQueryReadsAsNoVersion) {
     EXPECT_FALSE(isNt5OrLater());
 }
 
-TEST_F(SystemServices, LastErrorTextIsTheSystemsTextOrAFixedOne) {
-    fake.system().setLastError(5);
-    EXPECT_EQ(lastErrorText(), u"System error 5.\r\n");
-    fake.fail(Call::FormatMessage);
-    EXPECT_EQ(lastErrorText(), u"Error string not found");
-}
-
 TEST_F(SystemServices, ErrorBoxFormatsIntoAKilobyte) {
     errorBox("invalid parms %d [%s]", 7, "x");
     errorBox("%s", std::string(3000, 'a').c_str());
@@ -56,14 +49,17 @@ TEST_F(SystemServices, ErrorBoxFormatsIntoAKilobyte) {
     EXPECT_EQ(boxes[1].text, std::u16string(1023, u'a'));
 }
 
-TEST_F(SystemServices, FailureBoxShowsTheErrorUnderTheFailuresWords) {
+TEST_F(SystemServices, FailureBoxShowsTheSystemsTextOrAFixedOne) {
     fake.system().setLastError(2);
     failureBox(u"LoadLibrary spoolss.dll", 0x200010);
+    fake.fail(Call::FormatMessage);
+    failureBox(u"other", 0);
     auto boxes = fake.boxes();
-    ASSERT_EQ(boxes.size(), 1u);
+    ASSERT_EQ(boxes.size(), 2u);
     EXPECT_EQ(boxes[0].text, u"System error 2.\r\n");
     EXPECT_EQ(boxes[0].caption, u"LoadLibrary spoolss.dll");
     EXPECT_EQ(boxes[0].style, 0x200010u);
+    EXPECT_EQ(boxes[1].text, u"Error string not found");
 }
 
 TEST_F(SystemServices, FieldCopiesAreCutToFit) {
@@ -75,40 +71,6 @@ TEST_F(SystemServices, FieldCopiesAreCutToFit) {
     char16_t unterminated[3] = {u'x', u'y', u'z'};
     EXPECT_EQ(fieldText(unterminated), u"xyz");
 }
-
-// makeSecurityAttributes on each system.
-struct SecurityRow {
-    std::uint32_t major, platformId;
-    bool attributes; // a record at all
-    bool label;      // the low-integrity label in it
-};
-
-class SecurityBySystem : public FakeOsTest, public ::testing::WithParamInterface<SecurityRow> {};
-
-TEST_P(SecurityBySystem, NullAccessListAndLabelFromVersion6) {
-    auto row = GetParam();
-    setVersion(row.major, row.platformId);
-    SecurityAttributesHolder holder;
-    auto* sa = makeSecurityAttributes(holder);
-    ASSERT_EQ(sa != nullptr, row.attributes);
-    if (!sa) return;
-    EXPECT_EQ(sa, &holder.record);
-    EXPECT_EQ(sa->length, 8u);
-    EXPECT_FALSE(sa->inheritHandle);
-    auto event = fake.kernel().createEvent(sa, false, false, u"obj");
-    auto security = fake.securityOf(u"obj");
-    ASSERT_TRUE(security.has_value());
-    EXPECT_TRUE(security->nullDacl);
-    EXPECT_EQ(security->label, row.label ? "S:(ML;;NW;;;LW)" : "");
-    EXPECT_TRUE(fake.boxes().empty());
-    EXPECT_TRUE(fake.debugLines().empty());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Systems, SecurityBySystem,
-    ::testing::Values(SecurityRow{4, 1, false, false}, SecurityRow{5, 1, false, false},
-                      SecurityRow{4, 2, true, false}, SecurityRow{5, 2, true, false},
-                      SecurityRow{6, 2, true, true}, SecurityRow{10, 2, true, true}));
 
 // Each failing step: what the record holds, the box, the debug text.
 struct SecurityFailureRow {

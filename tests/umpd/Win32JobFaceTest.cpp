@@ -6,7 +6,10 @@
 #include "platform/Platform.h"
 #include "platform/TestPrinters.h"
 #include "platform/WideText.h"
+#include "platform/fake/FakePlatform.h"
+#include "platform/win32/Win32Platform.h"
 #include "platform/win32/Windows.h"
+#include "tools/kelmsnd/LauncherPeer.h"
 #include "umpd/DomainController.h"
 #include "umpd/LauncherNames.h"
 #include "umpd/LauncherProxy.h"
@@ -17,44 +20,22 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <sstream>
-
 using namespace testing_support;
 
 namespace {
 
-std::wstring w(const std::u16string& s) {
-    return std::wstring(s.begin(), s.end());
-}
-
 // The system's platform with its boxes and debug output caught: every test here uses it,
 // so that no box can wait for a user, whatever the display.
-class CaughtReports : public platform::Platform, private platform::Reporter {
+class CaughtReports : public platform::win32::Win32Platform, private platform::Reporter {
 public:
     CaughtReports() { platform::setCurrent(this); }
     ~CaughtReports() override { platform::setCurrent(nullptr); }
-    CaughtReports(const CaughtReports&) = delete;
-    CaughtReports& operator=(const CaughtReports&) = delete;
-
-    platform::Registry& registry() override { return real().registry(); }
-    platform::Spooler& spooler() override { return real().spooler(); }
-    platform::Kernel& kernel() override { return real().kernel(); }
-    platform::Processes& processes() override { return real().processes(); }
-    platform::Security& security() override { return real().security(); }
-    platform::System& system() override { return real().system(); }
     platform::Reporter& reporter() override { return *this; }
-    platform::FileSystem& files() override { return real().files(); }
 
-    struct Box {
-        std::u16string text, caption;
-        std::uint32_t style;
-    };
-    std::vector<Box> boxes;
+    std::vector<platform::FakeMessageBox> boxes;
     std::vector<std::string> debug;
 
 private:
-    static platform::Platform& real() { return platform::systemPlatform(); }
     int messageBox(const std::u16string& text, const std::u16string& caption,
                    std::uint32_t style) override {
         boxes.push_back({text, caption, style});
@@ -119,7 +100,7 @@ TEST(Win32Spooler, PortFormsResolveToPrintersOfOurDriver) {
     EXPECT_EQ(docName, u"before");
     EXPECT_EQ(id, 0u);
     EXPECT_TRUE(endSystemJob(job));
-    DeleteFileW(w(output).c_str());
+    DeleteFileW(w(output));
 }
 
 // The security a named object carries, read back through a handle opened by name.
@@ -159,13 +140,13 @@ TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
     auto name = u"KelSecured_" + platform::fromUtf8(std::to_string(GetCurrentProcessId()));
     auto event = platform::current().kernel().createEvent(sa, false, false, name);
     ASSERT_NE(event, nullptr);
-    expectOpenAndLowLabel(OpenEventW(READ_CONTROL, FALSE, w(name).c_str()));
+    expectOpenAndLowLabel(OpenEventW(READ_CONTROL, FALSE, w(name)));
 
     // A record the sender creates because no launcher made it.
     LauncherComms ipc(u"kelsecured", platform::infinite);
     ASSERT_TRUE(ipc.mapSharedMemory());
     ASSERT_TRUE(ipc.shared.created);
-    expectOpenAndLowLabel(OpenFileMappingW(READ_CONTROL, FALSE, w(ipc.sharedMemoryName).c_str()));
+    expectOpenAndLowLabel(OpenFileMappingW(READ_CONTROL, FALSE, w(ipc.sharedMemoryName)));
     EXPECT_TRUE(reports.boxes.empty() && reports.debug.empty());
 }
 
@@ -209,13 +190,12 @@ TEST(Win32Launcher, LauncherWithoutItsRequestEventGetsTheBox) {
 class LauncherPeerProcess {
 public:
     LauncherPeerProcess() {
-        wchar_t self[MAX_PATH];
-        GetModuleFileNameW(nullptr, self, MAX_PATH);
-        std::wstring dir(self);
+        wchar_t path[MAX_PATH];
+        GetModuleFileNameW(nullptr, path, MAX_PATH);
+        std::wstring dir(path);
         dir.resize(dir.find_last_of(L'\\') + 1);
-        wchar_t temp[MAX_PATH];
-        GetTempPathW(MAX_PATH, temp);
-        log = std::wstring(temp) + L"kelmsnd-" + std::to_wstring(GetCurrentProcessId()) + L".log";
+        GetTempPathW(MAX_PATH, path);
+        log = std::wstring(path) + L"kelmsnd-" + std::to_wstring(GetCurrentProcessId()) + L".log";
         DeleteFileW(log.c_str());
         std::wstring command = L"\"" + dir + L"kelmsnd.exe\" --log \"" + log + L"\"";
         STARTUPINFOW si{};
@@ -224,14 +204,11 @@ public:
                             &si, &info))
             return;
         CloseHandle(info.hThread);
-        auto mutex = w(plainLauncherBase(launcherBaseWord) + u"_mutex");
+        // It listens once its alive mutex is there.
+        auto mutex = plainLauncherBase(launcherBaseWord) + u"_mutex";
         for (int i = 0; i < 200 && !running; ++i) {
-            HANDLE h = OpenMutexW(SYNCHRONIZE, FALSE, mutex.c_str());
-            running = h != nullptr;
-            if (h)
-                CloseHandle(h);
-            else
-                Sleep(50);
+            running = platform::current().kernel().openMutex(SYNCHRONIZE, mutex) != nullptr;
+            if (!running) Sleep(50);
         }
     }
     ~LauncherPeerProcess() {
@@ -247,32 +224,15 @@ public:
         GetExitCodeProcess(info.hProcess, &code);
         return code;
     }
-    std::vector<std::string> lines() const {
+    std::string logText() const {
         auto bytes = platform::current().files().readFile(std::u16string(log.begin(), log.end()));
-        std::istringstream in(bytes ? std::string(bytes->begin(), bytes->end()) : "");
-        std::vector<std::string> out;
-        for (std::string line; std::getline(in, line);)
-            out.push_back(line);
-        return out;
+        return bytes ? std::string(bytes->begin(), bytes->end()) : "(no log)";
     }
 
     PROCESS_INFORMATION info{};
     std::wstring log;
     bool running = false;
 };
-
-// The bytes of the record from the command to the reserved tail, in the peer's hex.
-std::string hexImage(const LauncherStruct& m) {
-    std::ostringstream out;
-    auto* bytes = reinterpret_cast<const unsigned char*>(&m);
-    char hex[3];
-    for (std::size_t i = offsetof(LauncherStruct, command);
-         i < offsetof(LauncherStruct, launcherOwned); ++i) {
-        std::snprintf(hex, sizeof hex, "%02x", bytes[i]);
-        out << hex;
-    }
-    return out.str();
-}
 
 TEST(Win32Launcher, MessagesArriveByteForByte) {
     CaughtReports reports;
@@ -288,33 +248,22 @@ TEST(Win32Launcher, MessagesArriveByteForByte) {
     EXPECT_EQ(peer.exitCode(10000), 0u); // the empty command stops it
     EXPECT_TRUE(reports.boxes.empty());
 
-    // What the record must hold at each message: fields written over the launcher's
-    // fresh (zeroed) mapping, with what earlier messages left behind.
+    // The record at each message, logged as the peer logs it: fields written over the
+    // launcher's fresh (zeroed) mapping, with what earlier messages left behind.
     LauncherStruct m{};
-    std::vector<LauncherStruct> expected;
+    std::string expected;
     copyField(m.printerName, u"Kel Printer");
     copyField(m.command, u"startprint");
-    expected.push_back(m);
+    expected += LauncherPeer::describe(m);
     copyField(m.filename, u"C:\\out\\My document.pdf");
     copyField(m.docName, u"My document \u00e9");
     copyField(m.command, u"stopprint");
-    expected.push_back(m);
+    expected += LauncherPeer::describe(m);
     copyField(m.command, u"printercleanup");
-    expected.push_back(m);
+    expected += LauncherPeer::describe(m);
     m.command[0] = u'\0';
-    expected.push_back(m);
-
-    auto lines = peer.lines();
-    ASSERT_EQ(lines.size(), 8u);
-    EXPECT_EQ(lines[0], "command=startprint|printerName=Kel Printer|filename=|docName=");
-    EXPECT_EQ(lines[2], "command=stopprint|printerName=Kel Printer|filename=C:\\out\\My "
-                        "document.pdf|docName=My document \xc3\xa9");
-    EXPECT_EQ(lines[4], "command=printercleanup|printerName=Kel Printer|filename=C:\\out\\My "
-                        "document.pdf|docName=My document \xc3\xa9");
-    EXPECT_EQ(lines[6], "command=|printerName=Kel Printer|filename=C:\\out\\My "
-                        "document.pdf|docName=My document \xc3\xa9");
-    for (std::size_t i = 0; i < expected.size(); ++i)
-        EXPECT_EQ(lines[2 * i + 1], hexImage(expected[i])) << "message " << i;
+    expected += LauncherPeer::describe(m);
+    EXPECT_EQ(peer.logText(), expected);
 }
 
 TEST(Win32Launcher, MissingLauncherIsFoundMissing) {

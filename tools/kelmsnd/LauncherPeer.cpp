@@ -22,7 +22,7 @@ bool LauncherPeer::start() {
 
 bool LauncherPeer::next(LauncherStruct& message, std::uint32_t timeout) {
     if (request_->wait(timeout) != platform::WaitResult::Signalled) return false;
-    std::memcpy(&message, record_.view->data(), sizeof message);
+    std::memcpy(&message, &record(), sizeof message);
     return true;
 }
 

@@ -19,6 +19,8 @@ public:
     bool next(LauncherStruct& message, std::uint32_t timeout);
     // Signals the sender's answer event.
     bool answer();
+    // The shared record as it stands; valid after a successful start.
+    LauncherStruct& record() { return *reinterpret_cast<LauncherStruct*>(record_.view->data()); }
 
     static std::string describe(const LauncherStruct& message);
 
