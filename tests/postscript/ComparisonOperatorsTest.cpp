@@ -1,41 +1,22 @@
-#include "EvalCase.h"
-#include "FailureCase.h"
+#include "Tables.h"
 #include "support/TestSupport.h"
 
 #include "DictionarySet.h"
-#include "ValueObjects.h"
-
-#include <gtest/gtest.h>
-
-using eval_case::Case;
-using failure_case::FailureCase;
-using testing_support::eval;
-using testing_support::Session;
 
 namespace {
 
-class Relational : public eval_case::EvalTable {};
-
-TEST_P(Relational, Evaluates) {
-    EXPECT_EQ(eval(GetParam().program), GetParam().result);
-}
-
 INSTANTIATE_TEST_SUITE_P(
-    Numbers, Relational,
-    ::testing::Values(Case{"1 2 lt 2 1 lt 1 1 lt ", "true false false"},
-                      Case{"1 2 le 2 1 le 1 1 le ", "true false true"},
-                      Case{"1 2 gt 2 1 gt 1 1 gt ", "false true false"},
-                      Case{"1 2 ge 2 1 ge 1 1 ge ", "false true true"},
-                      Case{"1.5 1 gt 1 1.5 gt 2.5 2.5 ge ", "true false true"},
-                      Case{"1.0 1 eq 1 1.0 ne 1 2 eq 1 2 ne ", "true false false true"},
-                      // The difference of two integers wraps at 32 bits.
-                      Case{"2147483647 -1 gt ", "false"}, Case{"-2147483648 1 lt ", "false"},
-                      Case{"-2147483648 2147483647 gt ", "true"},
-                      Case{"2147483647 -1 ne ", "true"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    OtherTypes, Relational,
+    Relational, Eval,
     ::testing::Values(
+        Case{"1 2 lt 2 1 lt 1 1 lt ", "true false false"},
+        Case{"1 2 le 2 1 le 1 1 le ", "true false true"},
+        Case{"1 2 gt 2 1 gt 1 1 gt ", "false true false"},
+        Case{"1 2 ge 2 1 ge 1 1 ge ", "false true true"},
+        Case{"1.5 1 gt 1 1.5 gt 2.5 2.5 ge ", "true false true"},
+        Case{"1.0 1 eq 1 1.0 ne 1 2 eq 1 2 ne ", "true false false true"},
+        // The difference of two integers wraps at 32 bits.
+        Case{"2147483647 -1 gt ", "false"}, Case{"-2147483648 1 lt ", "false"},
+        Case{"-2147483648 2147483647 gt ", "true"}, Case{"2147483647 -1 ne ", "true"},
         Case{"(abc) (abd) lt (b) (abc) gt (abc) (abc) eq ", "true true true"},
         Case{"/b /a gt /a /a ge /a /b ne ", "true true true"},
         Case{"(ab) (abc) lt (\\377) (a) gt ", "true true"},
@@ -54,27 +35,21 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"1 dict 1 dict eq systemdict 1 dict eq ", "true false"},
         // Dictionaries equal by their keys' values, not by identity.
         Case{"/d1 1 dict def /d2 1 dict def d1 /a 1 put d2 /a 1.0 put d1 d2 eq ", "true"},
-        Case{"/d1 1 dict def /d2 1 dict def d1 /a 1 put d2 /b 1 put d1 d2 eq ", "false"}));
+        Case{"/d1 1 dict def /d2 1 dict def d1 /a 1 put d2 /b 1 put d1 d2 eq ", "false"},
+        Case{"(abc) 5 eq ", "ERROR: Unsupported type comparison"},
+        Case{"/a (a) eq ", "ERROR: Unsupported type comparison"},
+        Case{"{1} userdict eq ", "ERROR: Unsupported type comparison"},
+        Case{"{1} {1} lt ", "ERROR: Unsupported type comparison"},
+        Case{"{1 (a)} {1 /a} ne ", "ERROR: Unsupported type comparison"},
+        Case{"null null lt ", "ERROR: Unsupported type comparison"},
+        Case{"1 ge ", "ERROR: pop - expected item on stack"},
+        Case{"eq ", "ERROR: pop - expected item on stack"},
+        // A cycle fails instead of overflowing the machine's stack.
+        Case{"/a 1 array def a 0 a put a a eq ", "ERROR: Objects nested too deeply to compare"},
+        Case{"/a 1 array def a 0 a put a == ", "ERROR: Array nested too deeply to print"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Failures, Relational,
-    ::testing::Values(Case{"(abc) 5 eq ", "ERROR: Unsupported type comparison"},
-                      Case{"/a (a) eq ", "ERROR: Unsupported type comparison"},
-                      Case{"{1} userdict eq ", "ERROR: Unsupported type comparison"},
-                      Case{"{1} {1} lt ", "ERROR: Unsupported type comparison"},
-                      Case{"{1 (a)} {1 /a} ne ", "ERROR: Unsupported type comparison"},
-                      Case{"null null lt ", "ERROR: Unsupported type comparison"},
-                      Case{"1 ge ", "ERROR: pop - expected item on stack"},
-                      Case{"eq ", "ERROR: pop - expected item on stack"}));
-
-class Logical : public eval_case::EvalTable {};
-
-TEST_P(Logical, Evaluates) {
-    EXPECT_EQ(eval(GetParam().program), GetParam().result);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, Logical,
+    Logical, Eval,
     ::testing::Values(Case{"true true and true false and false false and ", "true false false"},
                       Case{"true false or false false or ", "true false"},
                       Case{"true false xor true true xor ", "true false"},
@@ -88,27 +63,18 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"(a) (b) xor ", "ERROR: Unsupported type of param to xor"},
                       Case{"1.5 not ", "ERROR: Unsupported type of param to not"},
                       Case{"null not ", "ERROR: Unsupported type of param to not"},
-                      Case{"true and ", "ERROR: pop - expected item on stack"},
-                      Case{"1 true false null 2 ", "1 true false null 2"},
-                      Case{"true xcheck false xcheck null xcheck ", "true true true"}));
-
-class ComparisonFailure : public failure_case::FailureTable {};
-
-TEST_P(ComparisonFailure, KeepsWhatItPopped) {
-    Session s;
-    failure_case::expectFailure(s, GetParam());
-}
+                      Case{"true and ", "ERROR: pop - expected item on stack"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Texts, ComparisonFailure,
-    ::testing::Values(FailureCase{"7 1 true or ", "Unsupported type of param to or", "7"},
-                      FailureCase{"7 (a) not ", "Unsupported type of param to not", "7"},
-                      FailureCase{"7 [1] 1 ne ", "Unsupported type comparison", "7"},
-                      FailureCase{"7 /a (a) ge ", "Unsupported type comparison", "7"}));
+    Comparison, Fails,
+    ::testing::Values(FailCase{"7 1 true or ", "Unsupported type of param to or", "7"},
+                      FailCase{"7 (a) not ", "Unsupported type of param to not", "7"},
+                      FailCase{"7 [1] 1 ne ", "Unsupported type comparison", "7"},
+                      FailCase{"7 /a (a) ge ", "Unsupported type comparison", "7"}));
 
 TEST(Constants, GoThroughTheExecutionStack) {
     for (const char* name : {"true", "false", "null"}) {
-        Session s;
+        testing_support::Session s;
         Interpreter& interpreter = s.interpreter();
         PostscriptObject* op = interpreter.dictionaries->lookupText(name);
         ASSERT_NE(op, nullptr) << name;

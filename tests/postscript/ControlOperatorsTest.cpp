@@ -1,54 +1,30 @@
-#include "EvalCase.h"
-#include "FailureCase.h"
-#include "support/TestSupport.h"
+#include "Tables.h"
 
-#include "ArrayObject.h"
-#include "DictionarySet.h"
-#include "Interpreter.h"
-#include "ValueObjects.h"
 #include "kelumpd64/conversion.h"
-
-#include <gtest/gtest.h>
 
 #include <cstring>
 
-using eval_case::Case;
-using failure_case::FailureCase;
-using testing_support::eval;
-using testing_support::Session;
-
 namespace {
 
-class ControlOperators : public ::testing::TestWithParam<Case> {};
-
-TEST_P(ControlOperators, Evaluate) {
-    EXPECT_EQ(eval(GetParam().program), GetParam().result);
-}
-
 INSTANTIATE_TEST_SUITE_P(
-    IfIfelse, ControlOperators,
+    IfExec, Eval,
     ::testing::Values(Case{"true { 1 } if ", "1"}, Case{"false { 1 } if ", ""},
                       // The procedure's type isn't checked: a number just lands on the stack.
                       Case{"true 5 if ", "5"}, Case{"true [1 2] if ", "[1 2 ]"},
                       Case{"/p { 1 } def true /p load if ", "1"},
                       Case{"true { true { 1 } if 2 } if ", "1 2"},
-                      Case{"1 { 2 } if ", "ERROR: Expected ps_boolean at if"},
                       Case{"{ 2 } if ", "ERROR: Expected ps_boolean at if"},
                       Case{"true { 1 } { 2 } ifelse ", "1"}, Case{"false { 1 } { 2 } ifelse ", "2"},
-                      Case{"false { 1 } 2 ifelse ", "2"},
-                      Case{"0 { 1 } { 2 } ifelse ", "ERROR: Expected ps_boolean at ifelse"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Exec, ControlOperators,
-    ::testing::Values(Case{"{ 1 2 } exec ", "1 2"}, Case{"{} exec ", ""}, Case{"1 exec ", "1"},
-                      Case{"(abc) exec ", "(abc)"}, Case{"/x exec ", "x"},
-                      Case{"[1 2] exec ", "[1 2 ]"}, Case{"1 2 /pop load exec ", "1"},
+                      Case{"false { 1 } 2 ifelse ", "2"}, Case{"{ 1 2 } exec ", "1 2"},
+                      Case{"{} exec ", ""}, Case{"1 exec ", "1"}, Case{"(abc) exec ", "(abc)"},
+                      Case{"/x exec ", "x"}, Case{"[1 2] exec ", "[1 2 ]"},
+                      Case{"1 2 /pop load exec ", "1"},
                       // exec arms a procedure fetched as a literal, every time.
                       Case{"/p { 1 } def /p load exec /p load exec ", "1 1"},
                       Case{"exec ", "ERROR: pop - expected item on stack"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    For, ControlOperators,
+    For, Eval,
     ::testing::Values(
         // The limit itself is never reached, in either direction.
         Case{"1 1 3 {} for ", "1 2"}, Case{"3 -1 1 {} for ", "3 2"}, Case{"0 1 0 {} for ", ""},
@@ -68,41 +44,35 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"2147483000 1000 2147483647 { dup 0 lt { exit } if } for ", "2147483000"},
         Case{"0 1 10 { exit } for 5 ", "0 5"},
         Case{"1 1 3 { 1 1 3 { 0 } for } for ", "1 1 0 2 0 2 1 0 2 0"},
-        Case{"(a) 1 3.0 {} for ", "ERROR: Unsupported number type in initial for loop value"},
-        Case{"1 (a) 3 {} for ", "ERROR: Unsupported increment type in for loop"},
-        Case{"(a) 1 3 {} for ", "ERROR: Unsupported type comparison"},
         Case{"1 3 {} for ", "ERROR: pop - expected item on stack"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    RepeatLoop, ControlOperators,
-    ::testing::Values(Case{"3 { 1 } repeat ", "1 1 1"}, Case{"0 { 1 } repeat ", ""},
-                      Case{"-2 { 1 } repeat ", ""}, Case{"2 { 1 } repeat 3 ", "1 1 3"},
-                      Case{"2 { 2 { 7 } repeat 8 } repeat ", "7 7 8 7 7 8"},
-                      Case{"3 { 1 exit } repeat ", "1"}, Case{"0 4 { 1 add } repeat ", "4"},
-                      Case{"0 { 1 add dup 3 eq { exit } if } loop ", "3"},
-                      Case{"(a) { 1 } repeat ", "ERROR: Expected ps_integer at repeat"},
-                      Case{"{ 1 exit } loop 2 ", "1 2"},
-                      Case{"{ { 1 exit } loop 2 exit } loop ", "1 2"},
-                      Case{"loop ", "ERROR: pop - expected item on stack"}));
+    RepeatLoopForall, Eval,
+    ::testing::Values(
+        Case{"3 { 1 } repeat ", "1 1 1"}, Case{"0 { 1 } repeat ", ""}, Case{"-2 { 1 } repeat ", ""},
+        Case{"2 { 1 } repeat 3 ", "1 1 3"}, Case{"2 { 2 { 7 } repeat 8 } repeat ", "7 7 8 7 7 8"},
+        Case{"3 { 1 exit } repeat ", "1"}, Case{"0 4 { 1 add } repeat ", "4"},
+        Case{"0 { 1 add dup 3 eq { exit } if } loop ", "3"}, Case{"{ 1 exit } loop 2 ", "1 2"},
+        Case{"{ { 1 exit } loop 2 exit } loop ", "1 2"},
+        Case{"loop ", "ERROR: pop - expected item on stack"},
+        Case{"[1 (a) /n] {} forall ", "1 (a) n"}, Case{"[] {} forall ", ""},
+        Case{"0 [1 2 3] { add } forall ", "6"}, Case{"(abc) {} forall ", "97 98 99"},
+        // Bytes are taken as signed.
+        Case{"(\\310\\377\\177) {} forall ", "-56 -1 127"}, Case{"() {} forall ", ""},
+        // Keys in byte order, each a name of the key text.
+        Case{"1 dict dup begin /b 2 def (a) 1 def end {} forall ", "a 1 b 2"},
+        Case{"1 dict dup begin 5 (five) def end {} forall ", "ps_integer 5 (five)"},
+        Case{"1 dict {} forall ", ""}, Case{"[1 2] { exit } forall ", "1"},
+        // The walk goes by position: an entry added in front is seen again.
+        Case{"/d 1 dict def d /b 2 put d /c 3 put d { pop d /a 0 put } forall ", "b b c"},
+        Case{"{} forall ", "ERROR: pop - expected item on stack"},
+        // A loop context leaves nothing to run when it ends.
+        Case{"1 1 3 {} for 2 { } repeat [1] {} forall (a) {} forall "
+             "{ exit } loop { } stopped ",
+             "1 2 1 97 false"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Forall, ControlOperators,
-    ::testing::Values(Case{"[1 (a) /n] {} forall ", "1 (a) n"}, Case{"[] {} forall ", ""},
-                      Case{"0 [1 2 3] { add } forall ", "6"}, Case{"(abc) {} forall ", "97 98 99"},
-                      // Bytes are taken as signed.
-                      Case{"(\\310\\377\\177) {} forall ", "-56 -1 127"}, Case{"() {} forall ", ""},
-                      // Keys in byte order, each a name of the key text.
-                      Case{"1 dict dup begin /b 2 def (a) 1 def end {} forall ", "a 1 b 2"},
-                      Case{"1 dict dup begin 5 (five) def end {} forall ", "ps_integer 5 (five)"},
-                      Case{"1 dict {} forall ", ""}, Case{"[1 2] { exit } forall ", "1"},
-                      // The walk goes by position: an entry added in front is seen again.
-                      Case{"/d 1 dict def d /b 2 put d /c 3 put d { pop d /a 0 put } forall ",
-                           "b b c"},
-                      Case{"5 {} forall ", "ERROR: Unsupported forall elements param"},
-                      Case{"{} forall ", "ERROR: pop - expected item on stack"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    ExitStopStopped, ControlOperators,
+    ExitStopStopped, Eval,
     ::testing::Values(
         Case{"exit ", "ERROR: pop - expected item on stack"},
         Case{"1 { exit } exec 2 ", "ERROR: pop - expected item on stack"},
@@ -119,89 +89,30 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"1 2 /pop load stopped ", "1 false"},
         Case{"stop ", "ERROR: pop - expected item on stack"},
         Case{"{ stop } exec ", "ERROR: pop - expected item on stack"},
-        Case{"5 stopped ", "ERROR: Unsupported param type to stopped"},
-        Case{"[1] stopped ", "ERROR: Unsupported param type to stopped"}));
-
-class ControlFailures : public ::testing::TestWithParam<FailureCase> {};
-
-// Operands popped before a failure stay popped, also by the loop operators.
-TEST_P(ControlFailures, LeaveTheStackAsPopped) {
-    Session s;
-    failure_case::expectFailure(s, GetParam());
-}
+        Case{"[1] stopped ", "ERROR: Unsupported param type to stopped"},
+        // exit disarms the procedures it leaves: p is literal and starts afresh.
+        Case{"/p { 1 exit 2 } def { p } loop /p load xcheck { p } loop ", "1 false 1"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    All, ControlFailures,
+    Control, Fails,
     ::testing::Values(
-        FailureCase{"7 1 { 2 } if ", "Expected ps_boolean at if", "7"},
-        FailureCase{"7 (a) { 1 } repeat ", "Expected ps_integer at repeat", "7"},
-        FailureCase{"7 5 {} forall ", "Unsupported forall elements param", "7"},
-        FailureCase{"7 1 (a) 3 {} for ", "Unsupported increment type in for loop", "7"},
-        FailureCase{"7 (s) cvx exec ", "Does not currently support execing a string", "7"},
-        FailureCase{"7 0 { 1 } { 2 } ifelse ", "Expected ps_boolean at ifelse", "7"},
-        FailureCase{"7 (a) 1 3.0 {} for ", "Unsupported number type in initial for loop value",
-                    "7"},
-        FailureCase{"7 (a) 1 3 {} for ", "Unsupported type comparison", "7"}));
-
-// Unwinding leaves the stack empty when no target is found.
-TEST(ControlUnwinding, ExitWithoutLoopEmptiesTheExecutionStack) {
-    Session s;
-    EXPECT_FALSE(s.run("1 { 2 { exit } exec 3 } exec 4 "));
-    EXPECT_EQ(s.error(), "pop - expected item on stack");
-    EXPECT_TRUE(s.interpreter().executionStack->empty());
-    EXPECT_EQ(s.stackValues(), "1 2");
-}
-
-TEST(ControlUnwinding, ExitDisarmsTheProceduresItLeaves) {
-    Session s;
-    ASSERT_TRUE(s.run("/p { 1 exit 2 } def { p } loop "));
-    EXPECT_EQ(s.stackValues(), "1");
-    auto* p = static_cast<ArrayObject*>(s.interpreter().dictionaries->userData->findText("p"));
-    ASSERT_NE(p, nullptr);
-    EXPECT_FALSE(p->executable);
-    EXPECT_EQ(p->execIndex, 0u);
-}
-
-TEST(ControlUnwinding, StopWithoutStoppedEmptiesTheExecutionStack) {
-    Session s;
-    EXPECT_FALSE(s.run("{ 1 { stop } loop } exec 2 "));
-    EXPECT_EQ(s.error(), "pop - expected item on stack");
-    EXPECT_TRUE(s.interpreter().executionStack->empty());
-    EXPECT_EQ(s.stackValues(), "1");
-}
-
-// A failure is no stop: it ends the run, and the stopped context waits on the
-// execution stack for the next run, after what is left of its procedure.
-TEST(ControlStopped, FailurePassesThroughAndContextAnswersNextRun) {
-    Session s;
-    EXPECT_FALSE(s.run("{ pop 7 } stopped 8 "));
-    EXPECT_EQ(s.error(), "pop - expected item on stack");
-    ASSERT_TRUE(s.run("9 "));
-    EXPECT_EQ(s.stackValues(), "7 false 9");
-}
-
-TEST(ControlStopped, RejectedObjectLeavesTheContextInPlace) {
-    Session s;
-    EXPECT_FALSE(s.run("5 stopped "));
-    EXPECT_EQ(s.error(), "Unsupported param type to stopped");
-    EXPECT_EQ(s.interpreter().executionStack->size(), 1u);
-    ASSERT_TRUE(s.run(""));
-    EXPECT_EQ(s.stackValues(), "false");
-}
-
-TEST(ControlLoops, ContextsLeaveNothingOnTheExecutionStack) {
-    Session s;
-    ASSERT_TRUE(s.run("1 1 3 {} for 2 { } repeat [1] {} forall (a) {} forall { exit } loop "
-                      "{ } stopped "));
-    EXPECT_TRUE(s.interpreter().executionStack->empty());
-    EXPECT_EQ(s.stackValues(), "1 2 1 97 false");
-}
-
-TEST(ControlLoops, ShareTheRunLoopAcrossBuffers) {
-    Session s;
-    ASSERT_TRUE(s.runSplit("3 { 1 } repeat 0 1 2 { } for ", {5, 9, 17, 22}));
-    EXPECT_EQ(s.stackValues(), "1 1 1 0 1");
-}
+        FailCase{"7 1 { 2 } if ", "Expected ps_boolean at if", "7"},
+        FailCase{"7 (a) { 1 } repeat ", "Expected ps_integer at repeat", "7"},
+        FailCase{"7 5 {} forall ", "Unsupported forall elements param", "7"},
+        FailCase{"7 1 (a) 3 {} for ", "Unsupported increment type in for loop", "7"},
+        FailCase{"7 (s) cvx exec ", "Does not currently support execing a string", "7"},
+        FailCase{"7 0 { 1 } { 2 } ifelse ", "Expected ps_boolean at ifelse", "7"},
+        FailCase{"7 (a) 1 3.0 {} for ", "Unsupported number type in initial for loop value", "7"},
+        FailCase{"7 (a) 1 3 {} for ", "Unsupported type comparison", "7"},
+        // exit and stop without their target unwind the whole execution stack.
+        FailCase{"1 { 2 { exit } exec 3 } exec 4 ", "pop - expected item on stack", "1 2", "",
+                 "1 2"},
+        FailCase{"{ 1 { stop } loop } exec 2 ", "pop - expected item on stack", "1", "", "1"},
+        // A failure is no stop: it ends the run, and the stopped context waits
+        // on the execution stack for the next run, after what is left of its
+        // procedure; also a context whose object was refused.
+        FailCase{"{ pop 7 } stopped 8 ", "pop - expected item on stack", "", "9 ", "7 false 9"},
+        FailCase{"5 stopped ", "Unsupported param type to stopped", "", "", "false"}));
 
 // A control value that is no number but passed the comparison (a boolean
 // below an integer limit) can't be advanced: the plain failure reaches the

@@ -1,7 +1,5 @@
+#include "Tables.h"
 #include "support/TestSupport.h"
-
-#include "EvalCase.h"
-#include "FailureCase.h"
 
 #include "DictionarySet.h"
 #include "GeneratedOps.h"
@@ -13,7 +11,6 @@
 #include <set>
 #include <sstream>
 
-using failure_case::FailureCase;
 using testing_support::eval;
 using testing_support::Session;
 
@@ -134,9 +131,8 @@ class GeneratedTypedPop : public ::testing::TestWithParam<TypedPopRow> {};
 TEST_P(GeneratedTypedPop, FailsWithTheHelperName) {
     for (const std::string& op : words(GetParam().operators)) {
         Session s;
-        failure_case::expectFailure(
-            s, FailureCase{(std::string(GetParam().program) + " " + op + " ").c_str(),
-                           GetParam().error, GetParam().stackAfter});
+        const std::string program = std::string(GetParam().program) + " " + op + " ";
+        expectFailure(s, FailCase{program.c_str(), GetParam().error, GetParam().stackAfter});
     }
 }
 
@@ -185,15 +181,6 @@ INSTANTIATE_TEST_SUITE_P(
                     "7 -mark- 1"},
         TypedPopRow{"7 1 2 3 3 4 (b)", "awidthshow", "Expected ps_string at popStringObject",
                     "7 1 2"}));
-
-TEST(GeneratedLayer, ProductIsANewStringEachTime) {
-    Session s;
-    ASSERT_TRUE(s.run("product product "));
-    ObjectStack& st = *s.interpreter().operandStack;
-    ASSERT_EQ(st.size(), 2u);
-    EXPECT_NE(static_cast<CompositeObject*>(st.at(0))->data,
-              static_cast<CompositeObject*>(st.at(1))->data);
-}
 
 // The virtual of a stub gets its operands deepest first, then the results
 // already pushed.
@@ -345,21 +332,16 @@ TEST(OperatorLayers, CountsAndWinners) {
 }
 
 // The values that replace generated forms, seen from a program.
-class SystemdictValues : public eval_case::EvalTable {};
-
-TEST_P(SystemdictValues, Evaluate) {
-    EXPECT_EQ(eval(GetParam().program), GetParam().result);
-}
-
 INSTANTIATE_TEST_SUITE_P(
-    Start, SystemdictValues,
-    ::testing::Values(eval_case::Case{"languagelevel version ", "2 (49)"},
-                      eval_case::Case{"version length /version load type ", "2 stringtype"},
-                      eval_case::Case{"/languagelevel load type ", "integertype"},
-                      eval_case::Case{"userdict /x 5 put x ", "5"},
-                      eval_case::Case{"globaldict /x 5 put x ", "5"},
-                      eval_case::Case{"systemdict /x 5 put x ", "5"},
+    SystemdictValues, Eval,
+    ::testing::Values(Case{"version length /version load type ", "2 stringtype"},
+                      Case{"/languagelevel load type ", "integertype"},
+                      Case{"userdict /x 5 put x ", "5"}, Case{"globaldict /x 5 put x ", "5"},
+                      Case{"systemdict /x 5 put x ", "5"},
                       // errordict is not on the dictionary stack.
-                      eval_case::Case{"errordict /x 5 put x ", "(x)"}));
+                      Case{"errordict /x 5 put x ", "(x)"},
+                      // product makes a new string each time.
+                      Case{"product dup 0 (X) putinterval product ",
+                           "(Xoliograph ps interpreter) (foliograph ps interpreter)"}));
 
 } // namespace

@@ -1,27 +1,21 @@
+#include "Tables.h"
+
 #include "kelumpd64/conversion.h"
 
-#include <gtest/gtest.h>
 #include <string>
 
 namespace {
 
-struct Case {
-    const char* program;
-    const char* output;
-};
+const float identity[6] = {1, 0, 0, 1, 0, 0};
 
-void PrintTo(const Case& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
+// Rows of program and standard output, through the export that returns it.
 class Output : public ::testing::TestWithParam<Case> {};
 
 TEST_P(Output, WritesStdout) {
-    const float identity[6] = {1, 0, 0, 1, 0, 0};
     PSHandle h = PSOpen(identity);
     const char* out = PSExecuteReturnStdOut(h, GetParam().program, 0xFFFFFFFFu);
     ASSERT_NE(out, nullptr) << PSGetErrorStr(h);
-    EXPECT_EQ(std::string(out), GetParam().output);
+    EXPECT_EQ(std::string(out), GetParam().result);
     PSClose(h);
 }
 
@@ -41,7 +35,6 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"stack ", ""}));
 
 TEST(OutputOperators, StdoutHoldsTheLastBufferOnly) {
-    const float identity[6] = {1, 0, 0, 1, 0, 0};
     PSHandle h = PSOpen(identity);
     ASSERT_STREQ(PSExecuteReturnStdOut(h, "1 2 stack ", 0xFFFFFFFFu), "2\n1\n");
     ASSERT_STREQ(PSExecuteReturnStdOut(h, "= ", 2), "2\n");

@@ -19,8 +19,9 @@ using testing_support::Session;
 namespace {
 
 // Together the programs visit every scanner state and every way out of it,
-// NUL bytes, the building of procedures, and failures of the scanner and of
-// operators (one per program: a failure drops the rest of its buffer).
+// NUL bytes, the building of procedures, the loop contexts, and failures of
+// the scanner and of operators (one per program: a failure drops the rest of
+// its buffer).
 const std::string_view corpus[] = {
     "/name 16#FF 36#zz 2#102 0#0x1F 8#\v7 2147483648 -17 +4 + 1.5e3 .5 e 2e 1e5e 1e-5 // "
     "///x /  abc\n"sv,
@@ -32,6 +33,7 @@ const std::string_view corpus[] = {
     "5\0 /ab\0 <41\0 <~a>b\0 <~c~\0 (x) \0 6 "sv,
     "{ 1 { 2 { 3 } } (s) /lit //languagelevel } { } { [ ] } unknown //version { //add } "sv,
     "/p { 1 2 add { 3 } exec } def p p /q { p (q) } def q "sv,
+    "3 { 1 } repeat 0 1 2 { } for [ 1 2 ] { } forall { exit } loop { stop } stopped "sv,
     "1 2 { 3 } } 4 "sv,
     "(a\\q) 5 "sv,
     "7 (a\0b) 6 "sv,

@@ -1,92 +1,52 @@
+#include "Tables.h"
 #include "support/TestSupport.h"
 
-#include "ArrayObject.h"
-#include "DictionarySet.h"
-#include "Interpreter.h"
-#include "PostscriptException.h"
+#include "CompositeObject.h"
 #include "ValueObjects.h"
 #include "platform/DebugOutput.h"
-
-#include <gtest/gtest.h>
 
 using testing_support::Session;
 
 namespace {
 
-struct RunCase {
-    const char* program;
-    const char* stack; // "==" forms, bottom first
-};
-
-void PrintTo(const RunCase& c, std::ostream* os) {
-    *os << '"' << c.program << '"';
-}
-
-class RunLoop : public ::testing::TestWithParam<RunCase> {};
-
-TEST_P(RunLoop, LeavesStack) {
-    Session s;
-    ASSERT_TRUE(s.run(GetParam().program)) << s.pdf.errorText;
-    EXPECT_EQ(s.stackValues(), GetParam().stack);
-    EXPECT_TRUE(s.interpreter().executionStack->empty());
-    EXPECT_TRUE(s.interpreter().deferredExecutionStack->empty());
-}
-
 INSTANTIATE_TEST_SUITE_P(
-    Basics, RunLoop,
-    ::testing::Values(RunCase{"1 2.5 (s) /n ", "1 2.500000 (s) n"},
+    RunLoop, Eval,
+    ::testing::Values(Case{"1 2.5 (s) /n ", "1 2.500000 (s) n"},
                       // An unknown name turns into a string of its text.
-                      RunCase{"undefinedthing ", "(undefinedthing)"},
-                      RunCase{"{ 1 { 2 } /x y } ", "[1 [2 ] x y ]"}, RunCase{"{} ", "[]"},
+                      Case{"undefinedthing ", "(undefinedthing)"},
+                      Case{"{ 1 { 2 } /x y } ", "[1 [2 ] x y ]"}, Case{"{} ", "[]"},
                       // Values found by look-up: integers go to the stack, booleans and the
-                      // like execute into it, dictionaries push themselves.
-                      RunCase{"languagelevel version ", "2 (49)"}, RunCase{"userdict ", "-dict-"},
+                      // like execute into it, dictionaries push themselves, procedures run,
+                      // from their first element each time, and end literal.
+                      Case{"languagelevel version ", "2 (49)"}, Case{"userdict ", "-dict-"},
+                      Case{"/p { 1 unknown { 3 } } def p p /p load xcheck ",
+                           "1 (unknown) [3 ] 1 (unknown) [3 ] false"},
                       // Immediately evaluated names inside a procedure are resolved at scan time.
-                      RunCase{"{ //languagelevel } ", "[2 ]"},
+                      Case{"{ //languagelevel } ", "[2 ]"},
                       // A procedure keeps its elements as scanned: names executable or
                       // literal, inner procedures literal; the finished one is literal.
-                      RunCase{"{ y } 0 get xcheck { /y } 0 get xcheck { { } } 0 get xcheck "
-                              "{ } xcheck ",
-                              "true false false false"},
+                      Case{
+                          "{ y } 0 get xcheck { /y } 0 get xcheck { { } } 0 get xcheck { } xcheck ",
+                          "true false false false"},
                       // A mark that reaches the loop as an object vanishes.
-                      RunCase{"mark 5 2 array astore cvx exec ", "5"},
+                      Case{"mark 5 2 array astore cvx exec ", "5"},
                       // A procedure run inside itself: the inner run resets the position
                       // and ends it, so the outer entry lands on the stack as an array.
-                      RunCase{"/p { 1 r 2 } def /r { /r { } def p } def p ", "1 1 2 [1 r 2 ]"}));
+                      Case{"/p { 1 r 2 } def /r { /r { } def p } def p ", "1 1 2 [1 r 2 ]"},
+                      // An operator that removes or replaces its own definition while it
+                      // runs finishes its work on a live object.
+                      Case{"systemdict /undef undef undef ", "(undef)"},
+                      Case{"/store 1 store store ", "1"}, Case{"systemdict /def 2 put def ", "2"}));
 
-TEST(RunLoopProcedures, ProcedureFromDictionaryRunsItsElements) {
-    Session s;
-    ASSERT_TRUE(s.run("{ 1 unknown { 3 } } "));
-    // Define the procedure under a name and run it by look-up.
-    auto* proc = s.interpreter().operandStack->pop();
-    s.interpreter().dictionaries->userData->putText("p", proc);
-    ASSERT_TRUE(s.run("p p "));
-    EXPECT_EQ(s.stackValues(), "1 (unknown) [3 ] 1 (unknown) [3 ]");
-    // A finished procedure is literal again, at position 0.
-    auto* array = static_cast<ArrayObject*>(proc);
-    EXPECT_FALSE(array->executable);
-    EXPECT_EQ(array->execIndex, 0u);
-}
-
-TEST(RunLoopProcedures, ProcedureSplitAcrossBuffersIsOneProcedure) {
-    Session one, two;
-    ASSERT_TRUE(one.run("{ 1 { 2 } 3 } "));
-    ASSERT_TRUE(two.run("{ 1 { 2"));
-    EXPECT_EQ(two.interpreter().deferredExecutionStack->size(), 2u);
-    ASSERT_TRUE(two.run(" } 3 } "));
-    EXPECT_EQ(one.stack(), two.stack());
-}
-
-TEST(RunLoopFailures, StrayClosingBraceFailsAndHandleGoesOn) {
-    Session s;
-    EXPECT_FALSE(s.run("1 } 2 "));
-    EXPECT_EQ(s.error(), "Expected ps_array at Mark execute");
-    // The rest of the failed buffer is dropped; the stack stays as it was.
-    EXPECT_EQ(s.stackValues(), "1");
-    ASSERT_TRUE(s.run("3 "));
-    EXPECT_EQ(s.stackValues(), "1 3");
-    EXPECT_EQ(s.error(), "Expected ps_array at Mark execute");
-}
+// The rest of a failed buffer is dropped; the operands a failed operator
+// popped stay popped, and the rest of its procedure runs at the start of the
+// next call.
+INSTANTIATE_TEST_SUITE_P(
+    RunLoop, Fails,
+    ::testing::Values(FailCase{"1 } 2 ", "Expected ps_array at Mark execute", "1", "3 ", "1 3"},
+                      FailCase{"/inner { 1 } def /outer { inner 0 5 } def "
+                               "/outer load 1 (}) cvn cvx put outer 7 ",
+                               "Expected ps_array at Mark execute", "1", "8 ", "1 5 8"}));
 
 TEST(RunLoopFailures, ErrorTextNamesFileAndLineAndGoesToDebugOutput) {
     std::vector<std::string> debug;
@@ -137,46 +97,17 @@ TEST(RunLoopSuspension, EmptyRunClearsStdoutAndReturns) {
     EXPECT_FALSE(s.interpreter().suspended);
 }
 
-// The operands a failed operator popped stay popped; the rest of its procedure
-// runs at the start of the next call.
-TEST(RunLoopFailures, RestOfFailedProcedureRunsInTheNextCall) {
-    Session s;
-    ASSERT_TRUE(s.run("{ 1 } "));
-    auto* proc = s.interpreter().operandStack->pop();
-    s.interpreter().dictionaries->userData->putText("inner", proc);
-    // A procedure whose second element is a stray "}" name: executing it fails.
-    ASSERT_TRUE(s.run("{ inner } "));
-    auto* outer = static_cast<ArrayObject*>(s.interpreter().operandStack->pop());
-    outer->items().push(s.interpreter().makeName("}"));
-    outer->items().push(new IntegerObject(5));
-    s.interpreter().dictionaries->userData->putText("outer", outer);
-    EXPECT_FALSE(s.run("outer 7 "));
-    EXPECT_EQ(s.stackValues(), "1");
-    ASSERT_TRUE(s.run("8 "));
-    EXPECT_EQ(s.stackValues(), "1 5 8");
-}
-
+// Bodies follow their last object, also one a clone shares.
 TEST(RunLoopMemory, DroppedObjectsAreFreed) {
     Session s;
     VirtualMemoryObject* local = s.interpreter().memory->localMemory;
     std::size_t before = local->liveBodies();
     for (int i = 0; i < 100; ++i) {
-        ASSERT_TRUE(s.run("(abc) { 1 2 (x) } unknownname "));
+        ASSERT_TRUE(s.run("(abc) dup pop { 1 2 (x) } unknownname "));
+        EXPECT_EQ(local->liveBodies(), before + 4);
         s.interpreter().operandStack->clear();
     }
     EXPECT_EQ(local->liveBodies(), before);
-}
-
-} // namespace
-
-namespace {
-
-// An operator that removes or replaces its own definition while it runs must
-// finish its work on a live object.
-TEST(RunLoopLifetime, OperatorMayRedefineItself) {
-    EXPECT_EQ(testing_support::eval("systemdict /undef undef undef "), "(undef)");
-    EXPECT_EQ(testing_support::eval("/store 1 store store "), "1");
-    EXPECT_EQ(testing_support::eval("systemdict /def 2 put def "), "2");
 }
 
 } // namespace

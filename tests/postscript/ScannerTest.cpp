@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstring>
 
 using testing_support::scanAll;
 
@@ -128,28 +127,6 @@ INSTANTIATE_TEST_SUITE_P(
         ScanCase{"<~a>b\0"
                  "c~> "s,
                  {"(a>b\\x00) /ASCII85Decode", "c~"}}));
-
-TEST(ScannerBuffers, IncompleteTokenWaitsForTheNextBuffer) {
-    testing_support::Session s;
-    Parser& parser = *s.interpreter().parser;
-    auto feed = [&](const char* text) {
-        auto* data = reinterpret_cast<const unsigned char*>(text);
-        parser.setBuffer(data, data + std::strlen(text));
-        std::vector<std::string> out;
-        while (PostscriptObject* o = parser.nextObject()) {
-            out.push_back(testing_support::render(o));
-            releaseIfUnreferenced(o);
-        }
-        return out;
-    };
-    EXPECT_TRUE(feed("12").empty());
-    EXPECT_EQ(parser.token, "12");
-    EXPECT_TRUE(feed("34").empty());
-    EXPECT_EQ(feed(" x"), (std::vector<std::string>{"ps_integer 1234"}));
-    EXPECT_EQ(feed(" (a\\"), (std::vector<std::string>{"x"}));
-    EXPECT_TRUE(parser.inEscape);
-    EXPECT_EQ(feed("101) "), (std::vector<std::string>{"(aA)"}));
-}
 
 TEST(ScannerBuffers, UndefinedImmediateNameKeepsItsToken) {
     testing_support::Session s;

@@ -94,19 +94,6 @@ std::vector<std::string> scanAll(std::string_view text, const std::vector<std::s
     return objects;
 }
 
-std::string describeStack(const ObjectStack& stack) {
-    std::string text;
-    for (const PostscriptObject* object : stack.items) {
-        if (!text.empty()) text += " | ";
-        text += object->describe();
-    }
-    return text;
-}
-
-std::string Session::stack() const {
-    return describeStack(*pdf.interpreter->operandStack);
-}
-
 std::string Session::stackValues() const {
     std::string text;
     for (const PostscriptObject* object : pdf.interpreter->operandStack->items) {

@@ -21,9 +21,7 @@ public:
     bool runSplit(std::string_view text, const std::vector<std::size_t>& cuts);
 
     Interpreter& interpreter() { return *pdf.interpreter; }
-    // The operand stack, bottom first: each object's describe() text, joined by " | ".
-    std::string stack() const;
-    // The same in the "==" form, joined by blanks.
+    // The operand stack, bottom first, in the "==" form, joined by blanks.
     std::string stackValues() const;
     // The message of the last failure, without the "Exception:[file:line] " prefix.
     std::string error() const;
@@ -45,9 +43,6 @@ std::vector<std::string> scanAll(std::string_view text, const std::vector<std::s
 // Runs a program on a fresh handle: the operand stack in "==" forms, bottom
 // first and joined by blanks, or "ERROR: <message>" after a failure.
 std::string eval(std::string_view program);
-
-// describe() of every element, bottom first, joined by " | ".
-std::string describeStack(const ObjectStack& stack);
 
 // Real driver PostScript beside the repository; empty when absent.
 std::vector<std::filesystem::path> samplePrograms();
