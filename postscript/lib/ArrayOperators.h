@@ -1,59 +1,27 @@
 #pragma once
 
-#include "NameObject.h"
+#include "OperatorClass.h"
 
 // - { -   opens a procedure under construction
-class LeftCurlyBraceOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(LeftCurlyBraceOperator);
 
 // - } proc   closes the innermost procedure under construction
-class RightCurlyBraceOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(RightCurlyBraceOperator);
 
 // int array array   n nulls; none for n at or below 0
-class ArrayOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(ArrayOperator);
 
 // any0 ... anyn-1 int packedarray array   a plain array: there is no packed type
-class PackedarrayOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(PackedarrayOperator);
 
 // bool setpacking -   drops its operand
-class SetpackingOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(SetpackingOperator);
 
 // - currentpacking true
-class CurrentpackingOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(CurrentpackingOperator);
 
 // array aload any0 ... anyn-1 array
-class AloadOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(AloadOperator);
 
 // any0 ... anyn-1 array astore array
-class AstoreOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(AstoreOperator);

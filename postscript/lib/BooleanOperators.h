@@ -1,6 +1,6 @@
 #pragma once
 
-#include "NameObject.h"
+#include "OperatorClass.h"
 
 class OperatorFactories;
 
@@ -9,50 +9,22 @@ class OperatorFactories;
 void addBooleanOperators(OperatorFactories& factories);
 
 // bool|int not bool|int      an integer is negated, not complemented
-class NotOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(NotOperator);
 
 // bool1|int1 bool2|int2 and bool|int
-class AndOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(AndOperator);
 
 // bool1|int1 bool2|int2 or bool|int
-class OrOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(OrOperator);
 
 // bool1|int1 bool2|int2 xor bool|int
-class XOrOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(XOrOperator);
 
 // - true true      by way of the execution stack
-class TrueOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(TrueOperator);
 
 // - false false    by way of the execution stack
-class FalseOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(FalseOperator);
 
 // - null null      by way of the execution stack
-class NullOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(NullOperator);

@@ -6,7 +6,7 @@
 #include "OperatorRegistry.h"
 #include "ValueObjects.h"
 
-void Comparer::compare(Interpreter& interpreter) const {
+void Comparer::execute(Interpreter& interpreter) {
     Popped<> second(interpreter.operandStack->pop());
     Popped<> first(interpreter.operandStack->pop());
     bool result = holds(first.get(), second.get());

@@ -2,6 +2,7 @@
 
 #include "Interpreter.h"
 #include "NumberUtils.h"
+#include "ObjectCompare.h"
 #include "OperatorRegistry.h"
 #include "PostscriptException.h"
 #include "StringObject.h"
@@ -68,10 +69,8 @@ void CvrOperator::execute(Interpreter& interpreter) {
     int32_t integer = 0;
     switch (operand->type) {
     case ps_real:
-        value = static_cast<RealObject*>(operand.get())->value;
-        break;
     case ps_integer:
-        value = static_cast<IntegerObject*>(operand.get())->value;
+        value = objectToNumber(operand.get());
         break;
     case ps_string: {
         // The real form first: digits alone take this path.

@@ -1,66 +1,30 @@
 #pragma once
 
-#include "NameObject.h"
+#include "OperatorClass.h"
 
 // any type name             an executable name such as integertype
-class TypeOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(TypeOperator);
 
 // any cvx any               sets executable on the object itself
-class CvxOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(CvxOperator);
 
 // any xcheck bool
-class XcheckOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(XcheckOperator);
 
 // any readonly any          there are no access attributes: does nothing
-class ReadonlyOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(ReadonlyOperator);
 
 // proc bind proc            does nothing; names are looked up at each run
-class BindOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(BindOperator);
 
 // num|string cvi int
-class CviOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(CviOperator);
 
 // num|string cvr real
-class CvrOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(CvrOperator);
 
 // string cvn name
-class CvnOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(CvnOperator);
 
 // any string cvs string     a new string of the object's = text
-class CvsOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(CvsOperator);

@@ -1,87 +1,39 @@
 #pragma once
 
-#include "NameObject.h"
+#include "OperatorClass.h"
 
 // any dict dict   the operand is no capacity and is forgotten
-class DictOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(DictOperator);
 
 // dict maxlength int   the entry count plus 10
-class MaxlengthOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(MaxlengthOperator);
 
 // dict begin -
-class BeginOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(BeginOperator);
 
 // - end -   also pops the permanent dictionaries
-class EndOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(EndOperator);
 
 // key value def -
-class DefOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(DefOperator);
 
 // key load value
-class LoadOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(LoadOperator);
 
 // key value store -
-class StoreOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(StoreOperator);
 
 // dict key undef -   a non-dictionary operand is no failure
-class UndefOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(UndefOperator);
 
 // key where dict true | false
-class WhereOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(WhereOperator);
 
 // dict key known bool
-class KnownOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(KnownOperator);
 
 // - currentdict dict
-class CurrentdictOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(CurrentdictOperator);
 
 // - cleardictstack -   down to the topmost of systemdict, globaldict, userdict
-class CleardictstackOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(CleardictstackOperator);

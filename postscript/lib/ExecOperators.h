@@ -1,10 +1,6 @@
 #pragma once
 
-#include "NameObject.h"
+#include "OperatorClass.h"
 
 // any exec -   a literal object goes back to the operand stack
-class ExecOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(ExecOperator);

@@ -1,17 +1,9 @@
 #pragma once
 
-#include "NameObject.h"
+#include "OperatorClass.h"
 
 // bool proc if -   the procedure's type is not checked: whatever it is runs
-class IfOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(IfOperator);
 
 // bool proc1 proc2 ifelse -
-class IfElseOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(IfElseOperator);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "NameObject.h"
+#include "OperatorClass.h"
 
 #include <cstdint>
 
@@ -9,8 +9,4 @@
 constexpr int32_t largestLength = 1 << 24;
 
 // string|name|array|dict length int   bytes, bytes, elements or entries
-class LengthOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(LengthOperator);

@@ -113,23 +113,12 @@ void ForOperator::step(Interpreter& interpreter) {
     interpreter.operandStack->push(control->clone(interpreter.memory->currentMemory));
 }
 
-ForallOperator::~ForallOperator() {
-    releaseReference(proc);
-    releaseReference(composite);
+void ForallOperator::start(Interpreter& interpreter) {
+    composite = takeOperand(interpreter);
+    turn(interpreter);
 }
 
-void ForallOperator::execute(Interpreter& interpreter) {
-    if (proc) {
-        step(interpreter);
-        return;
-    }
-    Popped<ForallOperator> context(new ForallOperator(atom));
-    context->proc = takeOperand(interpreter);
-    context->composite = takeOperand(interpreter);
-    context->step(interpreter);
-}
-
-void ForallOperator::step(Interpreter& interpreter) {
+void ForallOperator::turn(Interpreter& interpreter) {
     const auto position = static_cast<std::size_t>(cursor);
     Popped<> key;
     Popped<> element;
@@ -166,38 +155,18 @@ void ForallOperator::step(Interpreter& interpreter) {
     ++cursor;
 }
 
-LoopOperator::~LoopOperator() {
-    releaseReference(proc);
+void LoopOperator::turn(Interpreter& interpreter) {
+    pushTurn(interpreter, this, proc);
 }
 
-void LoopOperator::execute(Interpreter& interpreter) {
-    if (proc) {
-        pushTurn(interpreter, this, proc);
-        return;
-    }
-    Popped<LoopOperator> context(new LoopOperator(atom));
-    context->proc = takeOperand(interpreter);
-    pushTurn(interpreter, context.get(), context->proc);
-}
-
-RepeatOperator::~RepeatOperator() {
-    releaseReference(proc);
-}
-
-void RepeatOperator::execute(Interpreter& interpreter) {
-    if (proc) {
-        step(interpreter);
-        return;
-    }
-    Popped<RepeatOperator> context(new RepeatOperator(atom));
-    context->proc = takeOperand(interpreter);
+void RepeatOperator::start(Interpreter& interpreter) {
     Popped<IntegerObject> count(
         static_cast<IntegerObject*>(interpreter.operandStack->popTyped(ps_integer, "repeat")));
-    context->remaining = count->value;
-    context->step(interpreter);
+    remaining = count->value;
+    turn(interpreter);
 }
 
-void RepeatOperator::step(Interpreter& interpreter) {
+void RepeatOperator::turn(Interpreter& interpreter) {
     if (remaining <= 0) return;
     pushTurn(interpreter, this, proc);
     --remaining;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "NameObject.h"
+#include "OperatorClass.h"
 
 #include <string_view>
 
@@ -8,6 +8,31 @@
 // operator's class, under its procedure, that takes another turn each time it
 // comes up. The instance in systemdict has its first field empty and makes
 // the context. Contexts hold their fields as counted references.
+
+// Pops an operand into a context's field: counted from the moment it is off
+// the stack, so that a context that fails half-made frees it.
+PostscriptObject* takeOperand(Interpreter& interpreter);
+
+// A context whose first field is its procedure. The instance in systemdict
+// makes the context, which takes the procedure and then, in start(), the rest
+// of its operands; each time the context comes up it takes a turn().
+template <class Context> class ProcedureContext : public NameObject {
+public:
+    using NameObject::NameObject;
+    ~ProcedureContext() override { releaseReference(proc); }
+    void execute(Interpreter& interpreter) final {
+        if (proc) {
+            static_cast<Context*>(this)->turn(interpreter);
+            return;
+        }
+        Popped<Context> context(new Context(atom));
+        context->proc = takeOperand(interpreter);
+        context->start(interpreter);
+    }
+
+protected:
+    PostscriptObject* proc = nullptr;
+};
 
 // initial increment limit proc for -   the limit itself is never reached
 class ForOperator : public NameObject {
@@ -29,55 +54,46 @@ private:
 };
 
 // array|string|dict proc forall -
-class ForallOperator : public NameObject {
+class ForallOperator : public ProcedureContext<ForallOperator> {
 public:
-    using NameObject::NameObject;
-    ~ForallOperator() override;
-    void execute(Interpreter& interpreter) override;
+    using ProcedureContext::ProcedureContext;
+    ~ForallOperator() override { releaseReference(composite); }
 
 private:
-    void step(Interpreter& interpreter);
+    friend ProcedureContext;
+    void start(Interpreter& interpreter);
+    void turn(Interpreter& interpreter);
 
-    PostscriptObject* proc = nullptr;
     PostscriptObject* composite = nullptr;
     int32_t cursor = 0;
 };
 
 // proc loop -   ends by exit, stop or a failure only
-class LoopOperator : public NameObject {
+class LoopOperator : public ProcedureContext<LoopOperator> {
 public:
-    using NameObject::NameObject;
-    ~LoopOperator() override;
-    void execute(Interpreter& interpreter) override;
+    using ProcedureContext::ProcedureContext;
 
 private:
-    PostscriptObject* proc = nullptr;
+    friend ProcedureContext;
+    void start(Interpreter& interpreter) { turn(interpreter); }
+    void turn(Interpreter& interpreter);
 };
 
 // int proc repeat -
-class RepeatOperator : public NameObject {
+class RepeatOperator : public ProcedureContext<RepeatOperator> {
 public:
-    using NameObject::NameObject;
-    ~RepeatOperator() override;
-    void execute(Interpreter& interpreter) override;
+    using ProcedureContext::ProcedureContext;
 
 private:
-    void step(Interpreter& interpreter);
+    friend ProcedureContext;
+    void start(Interpreter& interpreter);
+    void turn(Interpreter& interpreter);
 
-    PostscriptObject* proc = nullptr;
     int32_t remaining = 0;
 };
 
 // - exit -   leaves the innermost looping context
-class ExitOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
-
-// Pops an operand into a context's field: counted from the moment it is off
-// the stack, so that a context that fails half-made frees it.
-PostscriptObject* takeOperand(Interpreter& interpreter);
+KEL_OPERATOR(ExitOperator);
 
 // Pops the execution stack down to and including the first name whose text
 // isTarget accepts, disarming procedures on the way. Running out of entries

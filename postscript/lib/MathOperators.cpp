@@ -63,7 +63,7 @@ int32_t negateWrapping(int32_t value) {
     return wrap(0u - bits(value));
 }
 
-void MathOperator::calculate(Interpreter& interpreter) {
+void MathOperator::execute(Interpreter& interpreter) {
     ObjectStack& stack = *interpreter.operandStack;
     Popped<> second(stack.pop());
     Popped<> first(stack.pop());
@@ -123,7 +123,7 @@ PostscriptObject* IdivOperator::calcInteger() {
     return new IntegerObject(firstInteger / secondInteger);
 }
 
-void TrigOperator::evaluate(Interpreter& interpreter) {
+void TrigOperator::execute(Interpreter& interpreter) {
     Popped<> operand(interpreter.operandStack->pop());
     interpreter.operandStack->push(new RealObject(applyDegrees(objectToNumber(operand.get()))));
 }

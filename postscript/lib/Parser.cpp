@@ -120,10 +120,7 @@ PostscriptObject* Parser::nextObject() {
             break;
 
         case literalName:
-            if (token.empty() && delimiter != '/') {
-                state = normal;
-                return makeName({}, false);
-            }
+            if (token.empty() && delimiter != '/') return endToken(makeName({}, false));
             if (token.empty()) {
                 // The second slash of an immediately evaluated name.
                 token += static_cast<char>(nextChar());
@@ -133,24 +130,13 @@ PostscriptObject* Parser::nextObject() {
                 PostscriptObject* value =
                     dictionaries->lookupText(std::string_view(token).substr(1));
                 if (!value) PS_THROW("Undefined Immediately Evaluated Name");
-                token.clear();
-                state = normal;
-                return value;
-            } else {
-                PostscriptObject* name = makeName(token, false);
-                token.clear();
-                state = normal;
-                return name;
+                return endToken(value);
             }
+            return endToken(makeName(token, false));
 
         case literalString:
             skipChar();
-            if (delimiter == ')' && parenDepth < 1) {
-                PostscriptObject* string = makeString(token, nullptr);
-                token.clear();
-                state = normal;
-                return string;
-            }
+            if (delimiter == ')' && parenDepth < 1) return endToken(makeString(token, nullptr));
             if (delimiter == ')') {
                 --parenDepth;
                 token += ')';
@@ -168,36 +154,19 @@ PostscriptObject* Parser::nextObject() {
             }
             break;
 
-        case angleString: {
-            bool ascii85 = !token.empty() && token.front() == '~';
-            if (ascii85 && token.back() == '~') {
-                token += static_cast<char>(nextChar());
-                PostscriptObject* string =
-                    makeString(std::string_view(token).substr(1), "ASCII85Decode");
-                token.clear();
-                state = normal;
-                return string;
-            }
-            if (ascii85) {
-                // The ">" is part of the ASCII85 data; read on to the "~".
+        case angleString:
+        case ascii85Tail: {
+            const bool ascii85 = !token.empty() && token.front() == '~';
+            // A ">" inside ASCII85 data, not after its "~", is data: read on to the "~".
+            const bool inData = state == angleString && ascii85 && token.back() != '~';
+            token += static_cast<char>(nextChar());
+            if (inData) {
                 state = ascii85Tail;
-                token += static_cast<char>(nextChar());
                 break;
             }
-            token += static_cast<char>(nextChar());
-            PostscriptObject* string = makeString(token, "ASCIIHexDecode");
-            token.clear();
-            state = normal;
-            return string;
-        }
-
-        case ascii85Tail: {
-            token += static_cast<char>(nextChar());
-            PostscriptObject* string =
-                makeString(std::string_view(token).substr(1), "ASCII85Decode");
-            token.clear();
-            state = normal;
-            return string;
+            if (ascii85)
+                return endToken(makeString(std::string_view(token).substr(1), "ASCII85Decode"));
+            return endToken(makeString(token, "ASCIIHexDecode"));
         }
 
         default:
@@ -262,6 +231,12 @@ void Parser::escapeAction() {
         convert();
         return;
     }
+}
+
+PostscriptObject* Parser::endToken(PostscriptObject* object) {
+    token.clear();
+    state = normal;
+    return object;
 }
 
 PostscriptObject* Parser::finishToken() {

@@ -1,19 +1,11 @@
 #pragma once
 
-#include "NameObject.h"
+#include "OperatorClass.h"
 
 // dict name get any | array int get any | string int get int
 // A dictionary takes only a name here; a string byte comes out signed.
-class GetOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(GetOperator);
 
 // dict name any put - | array int any put - | string int int put -
 // An array grows by one at its length; a string stores the index, not the value.
-class PutOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(PutOperator);

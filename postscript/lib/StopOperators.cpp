@@ -1,28 +1,20 @@
 #include "StopOperators.h"
 
 #include "Interpreter.h"
-#include "LoopOperators.h"
 #include "PostscriptException.h"
 #include "ValueObjects.h"
 
-StoppedOperator::~StoppedOperator() {
-    releaseReference(proc);
+// The object ran to its end without a stop.
+void StoppedOperator::turn(Interpreter& interpreter) {
+    interpreter.operandStack->push(new BooleanObject(false));
 }
 
-void StoppedOperator::execute(Interpreter& interpreter) {
-    if (proc) {
-        // The object ran to its end without a stop.
-        interpreter.operandStack->push(new BooleanObject(false));
-        return;
-    }
-    Popped<StoppedOperator> context(new StoppedOperator(atom));
-    context->proc = takeOperand(interpreter);
-    // The context is in place before the check, and stays there when it fails.
-    interpreter.executionStack->push(context.get());
-    armProcedure(context->proc);
-    if (!isProcedure(context->proc) && context->proc->type != ps_name)
-        PS_THROW("Unsupported param type to stopped");
-    interpreter.executionStack->push(context->proc);
+// The context is in place before the check, and stays there when it fails.
+void StoppedOperator::start(Interpreter& interpreter) {
+    interpreter.executionStack->push(this);
+    armProcedure(proc);
+    if (!isProcedure(proc) && proc->type != ps_name) PS_THROW("Unsupported param type to stopped");
+    interpreter.executionStack->push(proc);
 }
 
 void StopOperator::execute(Interpreter& interpreter) {

@@ -1,22 +1,18 @@
 #pragma once
 
-#include "NameObject.h"
+#include "LoopOperators.h"
 
 // any stopped bool   true when a stop ended it, false when it ran to its end;
 // failures pass through
-class StoppedOperator : public NameObject {
+class StoppedOperator : public ProcedureContext<StoppedOperator> {
 public:
-    using NameObject::NameObject;
-    ~StoppedOperator() override;
-    void execute(Interpreter& interpreter) override;
+    using ProcedureContext::ProcedureContext;
 
 private:
-    PostscriptObject* proc = nullptr;
+    friend ProcedureContext;
+    void start(Interpreter& interpreter);
+    void turn(Interpreter& interpreter);
 };
 
 // - stop -   leaves the innermost stopped context, which answers true
-class StopOperator : public NameObject {
-public:
-    using NameObject::NameObject;
-    void execute(Interpreter& interpreter) override;
-};
+KEL_OPERATOR(StopOperator);

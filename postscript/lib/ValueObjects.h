@@ -2,36 +2,40 @@
 
 #include "PostscriptObject.h"
 
-class IntegerObject : public PostscriptObject {
+// The objects that are their value. A clone is a new object with the value and
+// the attribute of a new object; describe() is the type name and the "==" text.
+template <class Self, class T, uint32_t Tag, bool Executable>
+class ValueObject : public PostscriptObject {
 public:
-    explicit IntegerObject(int32_t value) : PostscriptObject(ps_integer, false), value(value) {}
-    std::string describe() const override;
-    std::string doubleEqualsText() const override;
-    std::string equalsText() const override;
-    PostscriptObject* clone(VirtualMemoryObject*) const override;
+    explicit ValueObject(T value) : PostscriptObject(Tag, Executable), value(value) {}
+    std::string describe() const override {
+        return std::string(typeName(type)) + ' ' + Self::text(value);
+    }
+    std::string doubleEqualsText() const override { return Self::text(value); }
+    PostscriptObject* clone(VirtualMemoryObject*) const override { return new Self(value); }
 
-    int32_t value;
+    T value;
 };
 
-class RealObject : public PostscriptObject {
+class IntegerObject : public ValueObject<IntegerObject, int32_t, ps_integer, false> {
 public:
-    explicit RealObject(double value) : PostscriptObject(ps_real, false), value(value) {}
-    std::string describe() const override;
-    std::string doubleEqualsText() const override;
-    PostscriptObject* clone(VirtualMemoryObject*) const override;
-
-    double value;
+    using ValueObject::ValueObject;
+    static std::string text(int32_t value);
+    std::string equalsText() const override { return text(value); }
 };
 
-class BooleanObject : public PostscriptObject {
+// A real has no "=" text.
+class RealObject : public ValueObject<RealObject, double, ps_real, false> {
 public:
-    explicit BooleanObject(bool value) : PostscriptObject(ps_boolean, true), value(value) {}
-    std::string describe() const override;
-    std::string doubleEqualsText() const override;
-    std::string equalsText() const override;
-    PostscriptObject* clone(VirtualMemoryObject*) const override;
+    using ValueObject::ValueObject;
+    static std::string text(double value);
+};
 
-    bool value;
+class BooleanObject : public ValueObject<BooleanObject, bool, ps_boolean, true> {
+public:
+    using ValueObject::ValueObject;
+    static std::string text(bool value) { return value ? "true" : "false"; }
+    std::string equalsText() const override { return text(value); }
 };
 
 class NullObject : public PostscriptObject {
