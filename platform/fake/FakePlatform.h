@@ -77,6 +77,7 @@ struct FakeObjectSecurity {
     std::uint32_t length = 0;
     bool nullDacl = false;
     std::string label; // the string form its system access list came from
+    bool operator==(const FakeObjectSecurity&) const = default;
 };
 
 struct FakeMessageBox {

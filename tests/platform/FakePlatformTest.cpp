@@ -171,18 +171,6 @@ TEST_P(FakeFailures, PlannedFailureHitsItsCallAndSetsTheError) {
 INSTANTIATE_TEST_SUITE_P(EveryCall, FakeFailures, ::testing::ValuesIn(callRows),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(FakePlatform, SleepsRunInVirtualTimeAndLetTheWorldMove) {
-    FakePlatform fake;
-    fake.ticks = 0xFFFFFF00; // the tick count wraps as the real one does
-    std::vector<std::uint32_t> seen;
-    fake.onSleep = [&](std::uint32_t) { seen.push_back(fake.ticks); }; // after the sleep
-    fake.system().sleep(0x100);
-    fake.system().sleep(876);
-    EXPECT_EQ(fake.system().tickCount(), 876u);
-    EXPECT_EQ(fake.sleeps, (std::vector<std::uint32_t>{0x100, 876}));
-    EXPECT_EQ(seen, (std::vector<std::uint32_t>{0, 876}));
-}
-
 TEST(FakePlatform, WaitWithoutLimitOnASilentEventIsCountedNotHung) {
     FakePlatform fake;
     auto event = fake.kernel().createEvent(nullptr, false, false, u"e");
@@ -191,17 +179,6 @@ TEST(FakePlatform, WaitWithoutLimitOnASilentEventIsCountedNotHung) {
     auto before = fake.ticks;
     EXPECT_EQ(event->wait(300), WaitResult::Timeout);
     EXPECT_EQ(fake.ticks - before, 300u);
-}
-
-TEST(FakePlatform, EventHookRunsWhenTheNamedEventIsSet) {
-    FakePlatform fake;
-    int calls = 0;
-    fake.onEventSet(u"req", [&] { ++calls; });
-    auto req = fake.kernel().createEvent(nullptr, false, false, u"req");
-    fake.kernel().createEvent(nullptr, false, false, u"other")->set();
-    EXPECT_EQ(calls, 0);
-    req->set();
-    EXPECT_EQ(calls, 1);
 }
 
 TEST(FakePlatform, RecordsBoxesAndDebugOutput) {

@@ -11,10 +11,6 @@
 #include <cstring>
 #include <string>
 
-#ifdef _WIN32
-#include "platform/win32/Windows.h"
-#endif
-
 using namespace platform;
 
 namespace {

@@ -2,11 +2,13 @@
 
 // The job face over the in-memory system, and a launcher that lives in it.
 
+#include "platform/WideText.h"
 #include "platform/fake/FakePlatform.h"
 #include "tools/kelmsnd/LauncherPeer.h"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -24,10 +26,21 @@ private:
     platform::Platform* previous_;
 };
 
+// Table rows are named by their first field.
+inline const auto rowName = [](const auto& info) { return std::string(info.param.name); };
+
 class FakeOsTest : public ::testing::Test {
 protected:
     void setVersion(std::uint32_t major, std::uint32_t platformId) {
         fake.version = platform::OsVersion{major, 0, 0, platformId};
+    }
+    // Each box shown as a line "caption|text|style in hex", so that a row says it in one string.
+    std::string boxesShown() const {
+        std::ostringstream out;
+        for (const auto& box : fake.boxes())
+            out << platform::toUtf8(box.caption) << '|' << platform::toUtf8(box.text) << '|'
+                << std::hex << box.style << '\n';
+        return out.str();
     }
 
     CurrentFake fake;

@@ -44,23 +44,14 @@ TEST_F(Names, UserNameFallsBackToTheEnvironment) {
     EXPECT_EQ(launcherUserName(), u"bob");
 }
 
-TEST_F(Names, CommsDeriveFourNamesAndTouchNothing) {
-    LauncherComms ipc(u"kelsend", platform::infinite);
-    EXPECT_EQ(ipc.eventName, base + u"_event");
-    EXPECT_EQ(ipc.endEventName, base + u"_event_end");
-    EXPECT_EQ(ipc.mutexName, base + u"_mutex");
-    EXPECT_EQ(ipc.sharedMemoryName, base + u"_sm");
-    EXPECT_TRUE(ipc.connected && ipc.stopped);
-    EXPECT_EQ(ipc.timeout, 0xFFFFFFFFu);
-    EXPECT_EQ(ipc.view(), nullptr);
-    EXPECT_TRUE(fake.openedMappingNames.empty());
-}
-
 using Comms = FakeOsTest;
 
 TEST_F(Comms, MapOpensTheLaunchersRecordOrCreatesOne) {
     {
         LauncherComms ipc(u"kelsend", platform::infinite);
+        EXPECT_TRUE(ipc.connected && ipc.stopped);
+        EXPECT_EQ(ipc.timeout, 0xFFFFFFFFu);
+        EXPECT_TRUE(fake.openedMappingNames.empty()); // made without touching the record
         ASSERT_TRUE(ipc.mapSharedMemory());
         EXPECT_TRUE(ipc.shared.created);
     }
@@ -97,8 +88,8 @@ struct SendRow {
     int failures;
     bool delivered;
     std::size_t messages;
-    const char16_t* caption; // the box shown, or null
     int foreverWaits;
+    const char* box = ""; // the box shown
 };
 
 class Send : public FakeOsTest, public ::testing::WithParamInterface<SendRow> {};
@@ -114,36 +105,30 @@ TEST_P(Send, OnlyATimeOutOrAFailedStepIsNotDelivered) {
     EXPECT_EQ(ipc.sendMsg(), row.delivered);
     EXPECT_EQ(launcher ? launcher->messages.size() : 0u, row.messages);
     EXPECT_EQ(fake.foreverWaits, row.foreverWaits);
-    auto boxes = fake.boxes();
-    ASSERT_EQ(boxes.size(), row.caption ? 1u : 0u);
-    if (!row.caption) return;
-    EXPECT_EQ(boxes[0].caption, row.caption);
-    EXPECT_EQ(boxes[0].text, u"System error 6.\r\n");
-    EXPECT_EQ(boxes[0].style, 0u);
+    EXPECT_EQ(boxesShown(), row.box);
 }
 
 constexpr auto none = Call::Count;
 constexpr auto forever = platform::infinite;
-const char16_t* const settingFailed = u"IPC sendMsg setting event failed";
+const char* const settingFailed = "IPC sendMsg setting event failed|System error 6.\r\n|0\n";
 
 INSTANTIATE_TEST_SUITE_P(
     Launchers, Send,
     ::testing::Values(
-        SendRow{"NotMapped", Peer::Answers, false, forever, none, 0, false, 0, nullptr, 0},
-        SendRow{"NoLauncher", Peer::None, true, forever, none, 0, false, 0, nullptr, 0},
-        SendRow{"CreateEventFails", Peer::Answers, true, forever, Call::CreateEvent, 1, false, 0,
-                u"IPC sendMsg create event failed", 0},
-        SendRow{"OpenEventFails", Peer::Answers, true, forever, Call::OpenEvent, 1, false, 0,
-                settingFailed, 0},
-        SendRow{"SetEventFails", Peer::Answers, true, forever, Call::SetEvent, 1, false, 0,
-                settingFailed, 0},
-        SendRow{"Answered", Peer::Answers, true, forever, none, 0, true, 1, nullptr, 0},
-        SendRow{"SilentTimesOut", Peer::Silent, true, 300, none, 0, false, 1, nullptr, 0},
-        SendRow{"SilentHoldsForEver", Peer::Silent, true, forever, none, 0, true, 1, nullptr, 1},
+        SendRow{"NotMapped", Peer::Answers, false, forever, none, 0, false, 0, 0},
+        SendRow{"NoLauncher", Peer::None, true, forever, none, 0, false, 0, 0},
+        SendRow{"CreateEventFails", Peer::Answers, true, forever, Call::CreateEvent, 1, false, 0, 0,
+                "IPC sendMsg create event failed|System error 6.\r\n|0\n"},
+        SendRow{"OpenEventFails", Peer::Answers, true, forever, Call::OpenEvent, 1, false, 0, 0,
+                settingFailed},
+        SendRow{"SetEventFails", Peer::Answers, true, forever, Call::SetEvent, 1, false, 0, 0,
+                settingFailed},
+        SendRow{"Answered", Peer::Answers, true, forever, none, 0, true, 1, 0},
+        SendRow{"SilentTimesOut", Peer::Silent, true, 300, none, 0, false, 1, 0},
+        SendRow{"SilentHoldsForEver", Peer::Silent, true, forever, none, 0, true, 1, 1},
         // The launcher's wait and then the sender's fail: a failed wait is no time-out.
-        SendRow{"FailedWait", Peer::Silent, true, 300, Call::WaitForSingleObject, 2, true, 0,
-                nullptr, 0}),
-    [](const auto& info) { return std::string(info.param.name); });
+        SendRow{"FailedWait", Peer::Silent, true, 300, Call::WaitForSingleObject, 2, true, 0, 0}),
+    rowName);
 
 // The conversation on each system: the names, the security of what either side creates,
 // and the access rights the sender asks for.
@@ -165,25 +150,18 @@ TEST_P(ConversationBySystem, NamesSecurityAndAccess) {
     auto* sa = makeSecurityAttributes(holder);
     ASSERT_EQ(sa, row.secured ? &holder.record : nullptr);
     EXPECT_FALSE(sa && sa->inheritHandle);
+    const platform::FakeObjectSecurity expected{row.secured, row.secured ? 8u : 0u, row.secured,
+                                                row.label};
     {
         LauncherComms alone(u"kelsend", platform::infinite);
         ASSERT_TRUE(alone.mapSharedMemory());
-        auto record = fake.securityOf(base + u"_sm");
-        ASSERT_TRUE(record.has_value());
-        EXPECT_EQ(record->hadAttributes, row.secured);
-        EXPECT_EQ(record->nullDacl, row.secured);
-        EXPECT_EQ(record->label, row.label);
+        EXPECT_EQ(fake.securityOf(base + u"_sm"), expected);
     }
     FakeLauncher launcher(fake, base);
     LauncherComms ipc(u"kelsend", platform::infinite);
     ASSERT_TRUE(sendStartPrint(ipc, u"P"));
     ASSERT_EQ(launcher.messages.size(), 1u);
-    auto answer = fake.securityOf(base + u"_event_end");
-    ASSERT_TRUE(answer.has_value());
-    EXPECT_EQ(answer->hadAttributes, row.secured);
-    EXPECT_EQ(answer->nullDacl, row.secured);
-    EXPECT_EQ(answer->length, row.secured ? 8u : 0u);
-    EXPECT_EQ(answer->label, row.label);
+    EXPECT_EQ(fake.securityOf(base + u"_event_end"), expected);
     using Access = std::set<std::uint32_t>;
     EXPECT_EQ(fake.accessAsked[Call::OpenFileMapping], Access{0xF001F});
     EXPECT_EQ(fake.accessAsked[Call::MapViewOfFile], Access{6});
@@ -203,7 +181,7 @@ INSTANTIATE_TEST_SUITE_P(
                       SystemRow{"Major5", 5, 2, u"Local\\kelsend_anna", true, ""},
                       SystemRow{"Major6", 6, 2, u"Local\\kelsend_anna", true, lowLabel},
                       SystemRow{"Major10", 10, 2, u"Local\\kelsend_anna", true, lowLabel}),
-    [](const auto& info) { return std::string(info.param.name); });
+    rowName);
 
 TEST_F(Comms, OnlyAnUnstoppedObjectWakesItsListenerWhenItGoes) {
     FakeLauncher launcher(fake, base);
@@ -305,7 +283,7 @@ INSTANTIATE_TEST_SUITE_P(
         RunningRow{"NoneOnNt4", true, 4, nullptr, false, {nt4, nt4}, 1},
         RunningRow{
             "PlainProxyNeverLooksAtSessions", false, 10, sessionBase, false, {plain, plain}, 1}),
-    [](const auto& info) { return std::string(info.param.name); });
+    rowName);
 
 TEST_F(FakeOsTest, SessionProxyStaysOnTheSessionForm) {
     FakeLauncher launcher(fake, sessionBase);
@@ -364,7 +342,7 @@ INSTANTIATE_TEST_SUITE_P(
                       StopRow{"OldVersionWithoutItsRecord", 10, u"Global\\kelsend_anna", true,
                               Call::MapViewOfFile, u"stopprint", true},
                       StopRow{"NoneAtAll", 4, u"kelsend_anna", false, none, nullptr, false}),
-    [](const auto& info) { return std::string(info.param.name); });
+    rowName);
 
 TEST_F(FakeOsTest, CleanupCarriesThePrinterNameOrNone) {
     CitrixLauncherProxy proxy(1);

@@ -87,6 +87,6 @@ INSTANTIATE_TEST_SUITE_P(
         AutostartRow{"NoRoomForTheSetupName", otherEntry, false, std::u16string(248, u'd')},
         AutostartRow{"RoomForTheSetupName", otherEntry, true, std::u16string(247, u'd')},
         AutostartRow{"LongPrinterName", otherEntry, true, driverDir, std::u16string(300, u'n')}),
-    [](const auto& info) { return std::string(info.param.name); });
+    rowName);
 
 } // namespace

@@ -16,6 +16,7 @@ namespace {
 const std::u16string ourDriver = u"Tamarisk Foliograph";
 const std::u16string longPort = u"," + std::u16string(400, u'p');
 const std::u16string longPortCut = longPort.substr(0, 259);
+const std::u16string longPrinterCut(259, u'q');
 
 // setPrinterName with each form of name, over one set of installed printers.
 struct NameRow {
@@ -34,6 +35,13 @@ protected:
         fake.addPrinter(u"\\\\srv\\queue", ourDriver, u"\\\\srv\\port");
         fake.addPrinter(u"Second", u"TAMARISK foliograph", u"\\KELPORT2");
         fake.addPrinter(u"Also on 2", ourDriver, u"\\KELPORT2");
+        // Records the walk must pass over, or match without a name to give.
+        fake.addPrinter(u"No driver", ourDriver, u"\\KELPORT3").info.driverName.reset();
+        fake.addPrinter(u"Third", ourDriver, u"\\KELPORT3");
+        fake.addPrinter(u"\\\\srv\\noport", ourDriver, u"").info.portName.reset();
+        fake.addPrinter(u"No name", ourDriver, u"\\KELPORT4").info.printerName.reset();
+        fake.addPrinter(u"Fourth", ourDriver, u"\\KELPORT4");
+        fake.addPrinter(std::u16string(300, u'q'), ourDriver, u"\\KELPORT5");
     }
 };
 
@@ -60,9 +68,13 @@ INSTANTIATE_TEST_SUITE_P(
         NameRow{"FirstMatchWins", u",kelport2", u"Second", u",kelport2"},
         NameRow{"NoPrinterOnPort", u",nowhere", u"", u",nowhere"},
         NameRow{"LongPortFormIsCut", longPort.c_str(), u"", longPortCut.c_str()},
+        NameRow{"RecordWithoutDriverIsPassed", u",kelport3", u"Third", u",kelport3"},
+        NameRow{"RecordWithoutPortIsPassed", u",,srv,noport", u"", u",,srv,noport"},
+        NameRow{"MatchWithoutNameGivesNone", u",kelport4", u"", u",kelport4"},
+        NameRow{"LongPrinterNameIsCut", u",kelport5", longPrinterCut.c_str(), u",kelport5"},
         NameRow{"SpoolerFailureMatchesNothing", u",kelport2", u"", u",kelport2",
                 Call::EnumPrinters}),
-    [](const auto& info) { return std::string(info.param.name); });
+    rowName);
 
 TEST_F(FakeOsTest, EmptyNameLoadsTheDefaultAndClearsSettings) {
     PrinterConfig config;
@@ -79,25 +91,6 @@ TEST_F(FakeOsTest, EmptyNameLoadsTheDefaultAndClearsSettings) {
         config.setPrinterName(u"");
         EXPECT_EQ(config.printerName, stored.size() < 260 ? stored : u"Tamarisk Foliograph");
     }
-}
-
-TEST_F(FakeOsTest, FindPortSkipsRecordsWithoutDriverOrPort) {
-    std::u16string result = u"untouched";
-    FindPort finder(result, u"KELPORT1:");
-    platform::PrinterInfo2 info;
-    info.printerName = u"X";
-    info.portName = u"KELPORT1:";
-    EXPECT_FALSE(finder.found(&info)); // no driver name
-    info.driverName = ourDriver;
-    info.portName.reset();
-    EXPECT_FALSE(finder.found(&info)); // no port
-    info.portName = u"KELPORT1:";
-    info.printerName.reset();
-    EXPECT_TRUE(finder.found(&info)); // matched by port; no printer name to give
-    EXPECT_EQ(result, u"");
-    info.printerName = std::u16string(300, u'q');
-    EXPECT_TRUE(finder.found(&info));
-    EXPECT_EQ(result, std::u16string(259, u'q'));
 }
 
 TEST(DeviceName, IsTheLastPathComponentCutTo31) {
@@ -192,15 +185,13 @@ TEST_P(CurrentJob, IsTheLastInTheQueue) {
 }
 
 const std::u16string longDocument(300, u'z');
+const std::vector<platform::JobInfo2> fourJobs = {job(4, 1, u"a"), job(5, 3, u"b"), job(6, 3, u"c"),
+                                                  job(7, 2, u"d")};
 
 INSTANTIATE_TEST_SUITE_P(
     Queues, CurrentJob,
     ::testing::Values(
-        CurrentJobRow{"FirstOfEqualPositions",
-                      {job(4, 1, u"a"), job(5, 3, u"b"), job(6, 3, u"c"), job(7, 2, u"d")},
-                      0,
-                      u"b",
-                      5},
+        CurrentJobRow{"FirstOfEqualPositions", fourJobs, 0, u"b", 5},
         CurrentJobRow{"SignedPositions", {job(4, -1, u"neg"), job(5, -7, u"more")}, 0, u"neg", 4},
         CurrentJobRow{"NoDocument", {job(9, 1, nullptr)}, 0, u"", 9},
         CurrentJobRow{"LongDocumentIsCut", {job(9, 1, longDocument.c_str())}, 0, nullptr, 9},
@@ -210,7 +201,7 @@ INSTANTIATE_TEST_SUITE_P(
         CurrentJobRow{"EnumJobsFails", {job(4, 1, u"a")}, 0, u"before", 0, Call::EnumJobs},
         CurrentJobRow{"EmptyQueueGivesNoList", {}, 0, u"before", 0},
         CurrentJobRow{"CountedButNoneListed", {}, 0, u"", 0, Call::Count, 1}),
-    [](const auto& info) { return std::string(info.param.name); });
+    rowName);
 
 using PrintJobs = PrinterP;
 
@@ -275,8 +266,7 @@ struct SelfRow {
     Call fails; // Call::Count: none
     bool hasRevert;
     bool impersonates;
-    const char16_t* caption; // null: no box
-    const char16_t* text;
+    const char* box = ""; // the box shown
 };
 
 class SelfScope : public FakeOsTest, public ::testing::WithParamInterface<SelfRow> {};
@@ -294,25 +284,19 @@ TEST_P(SelfScope, RevertsForTheScopeAndImpersonatesAfter) {
     EXPECT_EQ(fake.impersonatedWith != 0, row.impersonates);
     EXPECT_EQ(fake.callCount(Call::ImpersonatePrinterClient), row.impersonates ? 1 : 0);
     EXPECT_EQ(fake.callCount(Call::LoadSpoolss), row.platformId == 1 ? 0 : 1);
-    auto boxes = fake.boxes();
-    ASSERT_EQ(boxes.size(), row.caption ? 1u : 0u);
-    if (!row.caption) return;
-    EXPECT_EQ(boxes[0].caption, row.caption);
-    EXPECT_EQ(boxes[0].text, row.text);
-    EXPECT_EQ(boxes[0].style, 0x200000u);
+    EXPECT_EQ(boxesShown(), row.box);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Systems, SelfScope,
-    ::testing::Values(SelfRow{"Works", 2, Call::Count, true, true, nullptr, nullptr},
-                      SelfRow{"Platform1", 1, Call::Count, true, false, nullptr, nullptr},
+    ::testing::Values(SelfRow{"Works", 2, Call::Count, true, true},
+                      SelfRow{"Platform1", 1, Call::Count, true, false},
                       SelfRow{"NoSpoolss", 2, Call::LoadSpoolss, true, false,
-                              u"LoadLibrary spoolss.dll", u"System error 5.\r\n"},
+                              "LoadLibrary spoolss.dll|System error 5.\r\n|200000\n"},
                       SelfRow{"NoRevertToPrinterSelf", 2, Call::Count, false, false,
-                              u"GetProcAddress RevertToPrinterSelf", u"System error 127.\r\n"},
-                      SelfRow{"NoToken", 2, Call::RevertToPrinterSelf, true, false, nullptr,
-                              nullptr}),
-    [](const auto& info) { return std::string(info.param.name); });
+                              "GetProcAddress RevertToPrinterSelf|System error 127.\r\n|200000\n"},
+                      SelfRow{"NoToken", 2, Call::RevertToPrinterSelf, true, false}),
+    rowName);
 
 TEST(StringMapTest, KeysWithoutCaseAndAFixedSize) {
     StringMap map;

@@ -24,31 +24,14 @@ using namespace testing_support;
 
 namespace {
 
-// The system's platform with its boxes and debug output caught: every test here uses it,
-// so that no box can wait for a user, whatever the display.
-class CaughtReports : public platform::win32::Win32Platform, private platform::Reporter {
+// The system's platform with its boxes and debug output caught by the in-memory one: every
+// test here uses it, so that no box can wait for a user, whatever the display.
+class CaughtReports : public platform::win32::Win32Platform {
 public:
     CaughtReports() { platform::setCurrent(this); }
     ~CaughtReports() override { platform::setCurrent(nullptr); }
-    platform::Reporter& reporter() override { return *this; }
-
-    std::vector<platform::FakeMessageBox> boxes;
-    std::vector<std::string> debug;
-
-private:
-    int messageBox(const std::u16string& text, const std::u16string& caption,
-                   std::uint32_t style) override {
-        boxes.push_back({text, caption, style});
-        return IDOK;
-    }
-    int messageBoxA(const std::string& text, const std::string& caption,
-                    std::uint32_t style) override {
-        return messageBox(platform::fromUtf8(text), platform::fromUtf8(caption), style);
-    }
-    void debugOutput(std::string_view text) override { debug.emplace_back(text); }
-    void debugOutputW(const std::u16string& text) override {
-        debug.push_back(platform::toUtf8(text));
-    }
+    platform::Reporter& reporter() override { return caught.reporter(); }
+    platform::FakePlatform caught;
 };
 
 TEST(Win32Spooler, PortFormsResolveToPrintersOfOurDriver) {
@@ -147,7 +130,7 @@ TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
     ASSERT_TRUE(ipc.mapSharedMemory());
     ASSERT_TRUE(ipc.shared.created);
     expectOpenAndLowLabel(OpenFileMappingW(READ_CONTROL, FALSE, w(ipc.sharedMemoryName)));
-    EXPECT_TRUE(reports.boxes.empty() && reports.debug.empty());
+    EXPECT_TRUE(reports.caught.boxes().empty() && reports.caught.debugLines().empty());
 }
 
 TEST(Win32Services, SpoolerIdentityAndDomainController) {
@@ -168,7 +151,7 @@ TEST(Win32Services, SpoolerIdentityAndDomainController) {
     EXPECT_EQ(view->domainController[0], u'\0');
     UnmapViewOfFile(view);
     CloseHandle(mapping);
-    EXPECT_TRUE(reports.boxes.empty());
+    EXPECT_TRUE(reports.caught.boxes().empty());
 }
 
 TEST(Win32Launcher, LauncherWithoutItsRequestEventGetsTheBox) {
@@ -179,10 +162,10 @@ TEST(Win32Launcher, LauncherWithoutItsRequestEventGetsTheBox) {
     ASSERT_NE(alive, nullptr);
     ASSERT_TRUE(ipc.mapSharedMemory());
     EXPECT_FALSE(ipc.sendMsg());
-    ASSERT_EQ(reports.boxes.size(), 1u);
-    EXPECT_EQ(reports.boxes[0].caption, u"IPC sendMsg setting event failed");
-    EXPECT_EQ(reports.boxes[0].style, 0u);
-    EXPECT_EQ(reports.boxes[0].text,
+    ASSERT_EQ(reports.caught.boxes().size(), 1u);
+    EXPECT_EQ(reports.caught.boxes()[0].caption, u"IPC sendMsg setting event failed");
+    EXPECT_EQ(reports.caught.boxes()[0].style, 0u);
+    EXPECT_EQ(reports.caught.boxes()[0].text,
               platform::current().system().errorMessage(ERROR_FILE_NOT_FOUND));
 }
 
@@ -246,7 +229,7 @@ TEST(Win32Launcher, MessagesArriveByteForByte) {
     ASSERT_TRUE(proxy.sendPrinterCleanup(u"Kel Printer"));
     ASSERT_TRUE(proxy.stopLauncher());
     EXPECT_EQ(peer.exitCode(10000), 0u); // the empty command stops it
-    EXPECT_TRUE(reports.boxes.empty());
+    EXPECT_TRUE(reports.caught.boxes().empty());
 
     // The record at each message, logged as the peer logs it: fields written over the
     // launcher's fresh (zeroed) mapping, with what earlier messages left behind.
@@ -272,7 +255,7 @@ TEST(Win32Launcher, MissingLauncherIsFoundMissing) {
     EXPECT_FALSE(proxy.isRunning());
     EXPECT_FALSE(sendStartPrint(proxy.comms(), u"Kel Printer"));
     EXPECT_TRUE(proxy.comms().shared.created); // the record was made, and nobody listens
-    EXPECT_TRUE(reports.boxes.empty());
+    EXPECT_TRUE(reports.caught.boxes().empty());
 }
 
 } // namespace
