@@ -16,23 +16,6 @@ const std::u16string base = u"Local\\kelsend_anna";
 
 using Names = FakeOsTest;
 
-TEST_F(Names, ThreeFormsOfTheBase) {
-    struct Row {
-        std::uint32_t major;
-        const char16_t *plain, *session, *old;
-    } rows[] = {
-        {4, u"kelsend_anna", u"Session\\3\\kelsend_anna", u"kelsend_anna"},
-        {5, u"Local\\kelsend_anna", u"Session\\3\\kelsend_anna", u"Global\\kelsend_anna"},
-        {10, u"Local\\kelsend_anna", u"Session\\3\\kelsend_anna", u"Global\\kelsend_anna"},
-    };
-    for (const auto& row : rows) {
-        setVersion(row.major, 2);
-        EXPECT_EQ(plainLauncherBase(u"kelsend"), row.plain);
-        EXPECT_EQ(sessionLauncherBase(u"kelsend", 3), row.session);
-        EXPECT_EQ(oldVersionLauncherBase(u"kelsend"), row.old);
-    }
-}
-
 TEST_F(Names, UserNameFallsBackToTheEnvironment) {
     fake.fail(Call::GetUserName);
     fake.env[u"USERNAME"] = u"bob";
@@ -337,7 +320,7 @@ TEST_P(Stop, EndsWithTheEmptyCommandAndReportsDone) {
 INSTANTIATE_TEST_SUITE_P(
     Launchers, Stop,
     ::testing::Values(StopRow{"Running", 10, u"Local\\kelsend_anna", true, none, u"", false},
-                      StopRow{"OldVersion", 10, u"Global\\kelsend_anna", true, none, u"", true},
+                      StopRow{"OldVersion", 5, u"Global\\kelsend_anna", true, none, u"", true},
                       // Nothing could clear the old record, and the launcher is woken all the same.
                       StopRow{"OldVersionWithoutItsRecord", 10, u"Global\\kelsend_anna", true,
                               Call::MapViewOfFile, u"stopprint", true},
