@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"/p { /p load 1 def } def p currentdict { pop } forall ",
              "p ps_array, size=4, exec index=4"}));
 
-// Names are looked up anew after every change a definition makes.
+// Names are looked up anew after every change a program can make.
 INSTANTIATE_TEST_SUITE_P(
     LookupFollows, Eval,
     ::testing::Values(Case{"/k 1 def k /k 2 def k ", "1 2"},
@@ -84,7 +84,14 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"/k 1 def k currentdict /k undef k ", "1 (k)"},
                       Case{"/k 1 def k currentdict /k 3 put k ", "1 3"},
                       Case{"/k 1 def 1 dict begin k /k 5 store k end k ", "1 5 5"},
-                      Case{"1 dict begin /zq 1 def zq cleardictstack zq ", "1 (zq)"}));
+                      Case{"1 dict begin /zq 1 def zq cleardictstack zq ", "1 (zq)"},
+                      // A miss is cached too; a body changes while on the stack.
+                      Case{"x globaldict /x 1 put x x userdict /x 2 put x userdict /x undef x ",
+                           "(x) 1 1 2 1"},
+                      Case{"1 dict dup begin /x 3 def x exch /x 4 put x end ", "3 4"},
+                      Case{"/x 2 def 1 dict dup /x 3 put dup begin x exch 1 dict exch copy pop x "
+                           "end ",
+                           "3 2"}));
 
 // Operators kept in a procedure still run once "end end end" has emptied the
 // dictionary stack.

@@ -35,43 +35,6 @@ TEST(DictionarySet, LookupStopsAtANonDictionary) {
     EXPECT_EQ(set.lookupText("languagelevel"), nullptr);
 }
 
-// Name look-ups are cached; every change, also one made without a program,
-// must show at once.
-TEST(LookupCache, FollowsEveryChange) {
-    Session s;
-    Interpreter& in = s.interpreter();
-    DictionarySet& set = *in.dictionaries;
-    auto value = [&](const char* program) {
-        in.operandStack->clear();
-        EXPECT_TRUE(s.run(program));
-        return s.stackValues();
-    };
-    EXPECT_EQ(value("x "), "(x)") << "a miss is cached too";
-    set.globalData->putText("x", new IntegerObject(1));
-    EXPECT_EQ(value("x x "), "1 1");
-    set.userData->putText("x", new IntegerObject(2));
-    EXPECT_EQ(value("x "), "2");
-
-    auto* extra = in.makeDictionary();
-    extra->dictionaryData()->putText("x", new IntegerObject(3));
-    set.push(extra);
-    EXPECT_EQ(value("x "), "3");
-    extra->dictionaryData()->putText("x", new IntegerObject(4));
-    EXPECT_EQ(value("x "), "4") << "a body changed while on the stack";
-    extra->dictionaryData()->clear();
-    EXPECT_EQ(value("x "), "2");
-    extra->dictionaryData()->putText("x", new IntegerObject(5));
-    EXPECT_EQ(value("x "), "5");
-    releaseIfUnreferenced(set.pop());
-    EXPECT_EQ(value("x "), "2");
-    set.userData->remove("x");
-    EXPECT_EQ(value("x "), "1");
-
-    // The same answers with the cache off.
-    set.useLookupCache = false;
-    EXPECT_EQ(value("x "), "1");
-}
-
 TEST(DictionarySetTearDown, SurvivesAProgramThatPoppedEveryDictionary) {
     long before = CompositeData::liveCount();
     {

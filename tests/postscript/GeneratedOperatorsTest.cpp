@@ -27,18 +27,18 @@ std::vector<std::string> words(const char* text) {
 // A row over several generated operators: the stack they are given, over a
 // 7 that none may reach, the operators, each run on it in turn, and what each
 // one leaves; for a row with stackAfter, its failure and the stack after it.
-struct GeneratedRow {
+struct Stub {
     const char* before;
     const char* operators;
     const char* expected;
     const char* stackAfter = nullptr;
 };
 
-void PrintTo(const GeneratedRow& row, std::ostream* os) {
+void PrintTo(const Stub& row, std::ostream* os) {
     *os << '"' << row.before << "\" " << row.operators;
 }
 
-class Generated : public ::testing::TestWithParam<GeneratedRow> {};
+class Generated : public ::testing::TestWithParam<Stub> {};
 
 TEST_P(Generated, EachOperatorGives) {
     for (const std::string& op : words(GetParam().operators)) {
@@ -57,130 +57,112 @@ TEST_P(Generated, EachOperatorGives) {
 INSTANTIATE_TEST_SUITE_P(
     Stubs, Generated,
     ::testing::Values(
-        GeneratedRow{"7",
-                     "quit start executeonly noaccess flush pstack executive prompt clipsave "
-                     "cliprestore grestoreall initgraphics currentcolor currentscreen "
-                     "currentcolorscreen initmatrix flattenpath reversepath strokepath ucache "
-                     "erasepage copypage nulldevice undefinefont makefont rootfont selectfont "
-                     "xshow xyshow yshow glyphshow",
-                     "7"},
-        GeneratedRow{"7",
-                     "rand rrand countexecstack currentobjectformat realtime usertime revision "
-                     "serialnumber currentlinecap currentlinejoin",
-                     "7 0"},
-        GeneratedRow{"7", "btrue bfalse rcheck wcheck", "7 true"},
-        GeneratedRow{"7",
-                     "UserObjects currentcolorspace currentblackgeneration "
-                     "currentundercolorremoval ISOLatinEncoding",
-                     "7 []"},
-        GeneratedRow{"7", "gstate currentmiterlimit currentsmoothness", "7 0.000000"},
-        GeneratedRow{
-            "7", "currentcolorrendering currentpagedevice currentsystemparams currentuserparams",
-            "7 -dict-"},
-        GeneratedRow{"7", "currentdash", "7 [] 0.000000"},
-        GeneratedRow{"7", "pathbbox", "7 0.000000 0.000000 0.000000 0.000000"},
-        GeneratedRow{"7", "currentcacheparams", "7 -mark- 0 0 0"},
-        GeneratedRow{"7", "ucachestatus", "7 -mark- 0.000000 0.000000 0.000000 0.000000 0.000000"},
-        GeneratedRow{"7", "cachestatus",
-                     "7 0.000000 0.000000 0.000000 0.000000 0.000000 0.000000 0.000000"},
-        GeneratedRow{"7 1",
-                     "srand setobjectformat execuserobject undefineuserobject vmreclaim "
-                     "setvmthreshold setcachelimit",
-                     "7"},
-        GeneratedRow{"7 (s)",
-                     "closefile flushfile resetfile setgstate setcolor setsmoothness "
-                     "ustrokepath uappend ustroke ufill ueofill execform",
-                     "7"},
-        GeneratedRow{"7 (s)", "run deletefile", "7"}, GeneratedRow{"7 btrue", "echo", "7"},
-        GeneratedRow{"7 [1]", "setblackgeneration setundercolorremoval", "7"},
-        GeneratedRow{"7 1 dict",
-                     "setcolorrendering shfill setpagedevice setsystemparams setuserparams", "7"},
-        GeneratedRow{"7 (s)", "truncate ln log cvlit fileposition currentgstate", "7 0.000000"},
-        GeneratedRow{"7 [1]", "dictstack execstack", "7 []"},
-        GeneratedRow{"7 (s)", "bytesavailable", "7 0"},
-        GeneratedRow{"7 (s)", "status gcheck", "7 true"},
-        GeneratedRow{"7 btrue", "upath", "7 0.000000"},
-        GeneratedRow{"7 (s)", "findencoding", "7 []"},
-        GeneratedRow{"7 (s)", "currentdevparams", "7 -dict-"},
+        Stub{"7",
+             "quit start executeonly noaccess flush pstack executive prompt clipsave "
+             "cliprestore grestoreall initgraphics currentcolor currentscreen "
+             "currentcolorscreen initmatrix flattenpath reversepath strokepath ucache "
+             "erasepage copypage nulldevice undefinefont makefont rootfont selectfont "
+             "xshow xyshow yshow glyphshow",
+             "7"},
+        Stub{"7",
+             "rand rrand countexecstack currentobjectformat realtime usertime revision "
+             "serialnumber currentlinecap currentlinejoin",
+             "7 0"},
+        Stub{"7", "btrue bfalse rcheck wcheck", "7 true"},
+        Stub{"7",
+             "UserObjects currentcolorspace currentblackgeneration "
+             "currentundercolorremoval ISOLatinEncoding",
+             "7 []"},
+        Stub{"7", "gstate currentmiterlimit currentsmoothness", "7 0.000000"},
+        Stub{"7", "currentcolorrendering currentpagedevice currentsystemparams currentuserparams",
+             "7 -dict-"},
+        Stub{"7", "currentdash", "7 [] 0.000000"},
+        Stub{"7", "pathbbox", "7 0.000000 0.000000 0.000000 0.000000"},
+        Stub{"7", "currentcacheparams", "7 -mark- 0 0 0"},
+        Stub{"7", "ucachestatus", "7 -mark- 0.000000 0.000000 0.000000 0.000000 0.000000"},
+        Stub{"7", "cachestatus",
+             "7 0.000000 0.000000 0.000000 0.000000 0.000000 0.000000 0.000000"},
+        Stub{"7 1",
+             "srand setobjectformat execuserobject undefineuserobject vmreclaim "
+             "setvmthreshold setcachelimit",
+             "7"},
+        Stub{"7 (s)",
+             "closefile flushfile resetfile setgstate setcolor setsmoothness "
+             "ustrokepath uappend ustroke ufill ueofill execform",
+             "7"},
+        Stub{"7 (s)", "run deletefile", "7"}, Stub{"7 btrue", "echo", "7"},
+        Stub{"7 [1]", "setblackgeneration setundercolorremoval", "7"},
+        Stub{"7 1 dict", "setcolorrendering shfill setpagedevice setsystemparams setuserparams",
+             "7"},
+        Stub{"7 (s)", "truncate ln log cvlit fileposition currentgstate", "7 0.000000"},
+        Stub{"7 [1]", "dictstack execstack", "7 []"}, Stub{"7 (s)", "bytesavailable", "7 0"},
+        Stub{"7 (s)", "status gcheck", "7 true"}, Stub{"7 btrue", "upath", "7 0.000000"},
+        Stub{"7 (s)", "findencoding", "7 []"}, Stub{"7 (s)", "currentdevparams", "7 -dict-"},
         // The pushed name has empty text.
-        GeneratedRow{"7 (s)", "findcolorrendering", "7  true"},
-        GeneratedRow{"7 (s)", "token", "7 0.000000 0.000000 true"},
-        GeneratedRow{"7 (f) 1", "write", "7"},
-        GeneratedRow{"7 1 (s)", "writehexstring writestring printobject", "7"},
-        GeneratedRow{"7 (a) (b)", "renamefile", "7"},
-        GeneratedRow{"7 1 2", "setfileposition undefineresource setcharwidth", "7"},
-        GeneratedRow{"7 1 (x)", "defineuserobject", "7"},
-        GeneratedRow{"7 (s) btrue", "charpath", "7"}, GeneratedRow{"7 [1] (s)", "cshow kshow", "7"},
-        GeneratedRow{"7 (s) 1 dict", "setdevparams", "7"},
-        GeneratedRow{"7 mark 1", "setucacheparams", "7"},
-        GeneratedRow{"7 1 2", "exp findresource", "7 0.000000"},
-        GeneratedRow{"7 1 2", "bitshift", "7 0"}, GeneratedRow{"7 (f) 1", "file", "7 0.000000"},
-        GeneratedRow{"7 btrue 1", "startjob", "7 true"},
-        GeneratedRow{"7 [1] [2]", "invertmatrix", "7 []"},
-        GeneratedRow{"7 1 2", "infill ineofill instroke", "7 true"},
-        GeneratedRow{"7 (a) (b)", "search", "7 0.000000 0.000000 0.000000 true"},
-        GeneratedRow{"7 (t) [1] 1", "filenameforall", "7"},
-        GeneratedRow{"7 1 2 (s)", "writeobject ashow", "7"},
-        GeneratedRow{"7 1 2 (s)", "cvrs", "7 ()"},
-        GeneratedRow{"7 1 2 3", "defineresource", "7 0.000000"},
-        GeneratedRow{"7 1 2 3", "inufill inueofill inustroke", "7 true"},
-        GeneratedRow{"7 (s) [1] 1 2", "resourceforall", "7"},
-        GeneratedRow{"7 1 2 3 4", "setbbox pathforall", "7"},
-        GeneratedRow{"7 1 2 (a) (b)", "widthshow", "7"},
-        GeneratedRow{"7 mark 1 2 3", "setcacheparams", "7"},
-        GeneratedRow{"7 1 2 (a) 3 4 (b)", "awidthshow", "7"},
-        GeneratedRow{"7 1 2 3 4 5 6", "setcachedevice", "7"},
+        Stub{"7 (s)", "findcolorrendering", "7  true"},
+        Stub{"7 (s)", "token", "7 0.000000 0.000000 true"}, Stub{"7 (f) 1", "write", "7"},
+        Stub{"7 1 (s)", "writehexstring writestring printobject", "7"},
+        Stub{"7 (a) (b)", "renamefile", "7"},
+        Stub{"7 1 2", "setfileposition undefineresource setcharwidth", "7"},
+        Stub{"7 1 (x)", "defineuserobject", "7"}, Stub{"7 (s) btrue", "charpath", "7"},
+        Stub{"7 [1] (s)", "cshow kshow", "7"}, Stub{"7 (s) 1 dict", "setdevparams", "7"},
+        Stub{"7 mark 1", "setucacheparams", "7"}, Stub{"7 1 2", "exp findresource", "7 0.000000"},
+        Stub{"7 1 2", "bitshift", "7 0"}, Stub{"7 (f) 1", "file", "7 0.000000"},
+        Stub{"7 btrue 1", "startjob", "7 true"}, Stub{"7 [1] [2]", "invertmatrix", "7 []"},
+        Stub{"7 1 2", "infill ineofill instroke", "7 true"},
+        Stub{"7 (a) (b)", "search", "7 0.000000 0.000000 0.000000 true"},
+        Stub{"7 (t) [1] 1", "filenameforall", "7"}, Stub{"7 1 2 (s)", "writeobject ashow", "7"},
+        Stub{"7 1 2 (s)", "cvrs", "7 ()"}, Stub{"7 1 2 3", "defineresource", "7 0.000000"},
+        Stub{"7 1 2 3", "inufill inueofill inustroke", "7 true"},
+        Stub{"7 (s) [1] 1 2", "resourceforall", "7"}, Stub{"7 1 2 3 4", "setbbox pathforall", "7"},
+        Stub{"7 1 2 (a) (b)", "widthshow", "7"}, Stub{"7 mark 1 2 3", "setcacheparams", "7"},
+        Stub{"7 1 2 (a) 3 4 (b)", "awidthshow", "7"}, Stub{"7 1 2 3 4 5 6", "setcachedevice", "7"},
         // The two with an action of their own.
-        GeneratedRow{"7", "countdictstack", "7 3"},
-        GeneratedRow{"7 1 dict begin", "countdictstack", "7 4"},
-        GeneratedRow{"7", "product", "7 (foliograph ps interpreter)"}));
+        Stub{"7", "countdictstack", "7 3"}, Stub{"7 1 dict begin", "countdictstack", "7 4"},
+        Stub{"7", "product", "7 (foliograph ps interpreter)"}));
 
 // A typed pop names its helper; what was popped before it stays popped.
 INSTANTIATE_TEST_SUITE_P(
     TypedPops, Generated,
     ::testing::Values(
-        GeneratedRow{"7 (s)",
-                     "srand setobjectformat execuserobject undefineuserobject vmreclaim "
-                     "setvmthreshold setcachelimit",
-                     "Expected ps_integer at popIntegerObject", "7"},
-        GeneratedRow{"", "srand", "Expected ps_integer at popIntegerObject", ""},
-        GeneratedRow{"7 1", "run deletefile currentdevparams token",
-                     "Expected ps_string at popStringObject", "7"},
-        GeneratedRow{"7 1", "echo upath", "Expected ps_boolean at popBooleanObject", "7"},
-        GeneratedRow{"7 1", "setblackgeneration setundercolorremoval dictstack execstack",
-                     "Expected ps_array at popArrayObject", "7"},
-        GeneratedRow{"7 1", "setcolorrendering shfill setpagedevice setsystemparams setuserparams",
-                     "Expected ps_dictionary at popDictionaryObject", "7"},
-        GeneratedRow{"7 1 (f)", "write", "Expected ps_integer at popIntegerObject", "7 1"},
-        GeneratedRow{"7 (s) 1", "writehexstring writestring printobject",
-                     "Expected ps_string at popStringObject", "7 (s)"},
-        GeneratedRow{"7 (a) 1", "renamefile", "Expected ps_string at popStringObject", "7 (a)"},
-        GeneratedRow{"7 1 (b)", "renamefile", "Expected ps_string at popStringObject", "7"},
-        GeneratedRow{"7 (s) (x)", "defineuserobject", "Expected ps_integer at popIntegerObject",
-                     "7"},
-        GeneratedRow{"7 (s) 1", "charpath", "Expected ps_boolean at popBooleanObject", "7 (s)"},
-        GeneratedRow{"7 1 btrue", "charpath", "Expected ps_string at popStringObject", "7"},
-        GeneratedRow{"7 1 (s)", "cshow kshow", "Expected ps_array at popArrayObject", "7"},
-        GeneratedRow{"7 1 1 dict", "setdevparams", "Expected ps_string at popStringObject", "7"},
-        GeneratedRow{"7 1 1", "setucacheparams", "Expected ps_mark at popMarkObject", "7"},
-        GeneratedRow{"7 (s) 2", "bitshift", "Expected ps_integer at popIntegerObject", "7"},
-        GeneratedRow{"7 1 1", "file", "Expected ps_string at popStringObject", "7"},
-        GeneratedRow{"7 1 (p)", "startjob", "Expected ps_boolean at popBooleanObject", "7"},
-        GeneratedRow{"7 1 [2]", "invertmatrix", "Expected ps_array at popArrayObject", "7"},
-        GeneratedRow{"7 1 (b)", "search", "Expected ps_string at popStringObject", "7"},
-        GeneratedRow{"7 (t) 1 1", "filenameforall", "Expected ps_array at popArrayObject", "7 (t)"},
-        GeneratedRow{"7 1 [1] 1", "filenameforall", "Expected ps_string at popStringObject", "7"},
-        GeneratedRow{"7 1 2 3", "writeobject ashow cvrs", "Expected ps_string at popStringObject",
-                     "7 1 2"},
-        GeneratedRow{"7 (s) 1 1 2", "resourceforall", "Expected ps_array at popArrayObject",
-                     "7 (s)"},
-        GeneratedRow{"7 1 [1] 1 2", "resourceforall", "Expected ps_string at popStringObject", "7"},
-        GeneratedRow{"7 1 2 3 (b)", "widthshow", "Expected ps_string at popStringObject", "7 1 2"},
-        GeneratedRow{"7 1 1 2 3", "setcacheparams", "Expected ps_mark at popMarkObject", "7"},
-        GeneratedRow{"7 mark 1 (s) 3", "setcacheparams", "Expected ps_integer at popIntegerObject",
-                     "7 -mark- 1"},
-        GeneratedRow{"7 1 2 3 3 4 (b)", "awidthshow", "Expected ps_string at popStringObject",
-                     "7 1 2"}));
+        Stub{"7 (s)",
+             "srand setobjectformat execuserobject undefineuserobject vmreclaim "
+             "setvmthreshold setcachelimit",
+             "Expected ps_integer at popIntegerObject", "7"},
+        Stub{"", "srand", "Expected ps_integer at popIntegerObject", ""},
+        Stub{"7 1", "run deletefile currentdevparams token",
+             "Expected ps_string at popStringObject", "7"},
+        Stub{"7 1", "echo upath", "Expected ps_boolean at popBooleanObject", "7"},
+        Stub{"7 1", "setblackgeneration setundercolorremoval dictstack execstack",
+             "Expected ps_array at popArrayObject", "7"},
+        Stub{"7 1", "setcolorrendering shfill setpagedevice setsystemparams setuserparams",
+             "Expected ps_dictionary at popDictionaryObject", "7"},
+        Stub{"7 1 (f)", "write", "Expected ps_integer at popIntegerObject", "7 1"},
+        Stub{"7 (s) 1", "writehexstring writestring printobject",
+             "Expected ps_string at popStringObject", "7 (s)"},
+        Stub{"7 (a) 1", "renamefile", "Expected ps_string at popStringObject", "7 (a)"},
+        Stub{"7 1 (b)", "renamefile", "Expected ps_string at popStringObject", "7"},
+        Stub{"7 (s) (x)", "defineuserobject", "Expected ps_integer at popIntegerObject", "7"},
+        Stub{"7 (s) 1", "charpath", "Expected ps_boolean at popBooleanObject", "7 (s)"},
+        Stub{"7 1 btrue", "charpath", "Expected ps_string at popStringObject", "7"},
+        Stub{"7 1 (s)", "cshow kshow", "Expected ps_array at popArrayObject", "7"},
+        Stub{"7 1 1 dict", "setdevparams", "Expected ps_string at popStringObject", "7"},
+        Stub{"7 1 1", "setucacheparams", "Expected ps_mark at popMarkObject", "7"},
+        Stub{"7 (s) 2", "bitshift", "Expected ps_integer at popIntegerObject", "7"},
+        Stub{"7 1 1", "file", "Expected ps_string at popStringObject", "7"},
+        Stub{"7 1 (p)", "startjob", "Expected ps_boolean at popBooleanObject", "7"},
+        Stub{"7 1 [2]", "invertmatrix", "Expected ps_array at popArrayObject", "7"},
+        Stub{"7 1 (b)", "search", "Expected ps_string at popStringObject", "7"},
+        Stub{"7 (t) 1 1", "filenameforall", "Expected ps_array at popArrayObject", "7 (t)"},
+        Stub{"7 1 [1] 1", "filenameforall", "Expected ps_string at popStringObject", "7"},
+        Stub{"7 1 2 3", "writeobject ashow cvrs", "Expected ps_string at popStringObject", "7 1 2"},
+        Stub{"7 (s) 1 1 2", "resourceforall", "Expected ps_array at popArrayObject", "7 (s)"},
+        Stub{"7 1 [1] 1 2", "resourceforall", "Expected ps_string at popStringObject", "7"},
+        Stub{"7 1 2 3 (b)", "widthshow", "Expected ps_string at popStringObject", "7 1 2"},
+        Stub{"7 1 1 2 3", "setcacheparams", "Expected ps_mark at popMarkObject", "7"},
+        Stub{"7 mark 1 (s) 3", "setcacheparams", "Expected ps_integer at popIntegerObject",
+             "7 -mark- 1"},
+        Stub{"7 1 2 3 3 4 (b)", "awidthshow", "Expected ps_string at popStringObject", "7 1 2"}));
 
 // The virtual of a stub gets its operands deepest first, then the results
 // already pushed.

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 
+using testing_support::failureOf;
 using testing_support::scanAll;
 
 namespace {
@@ -104,19 +105,14 @@ INSTANTIATE_TEST_SUITE_P(EncodedStrings, Scanner,
                                            ScanCase{"<~>", {"(>) /ASCII85Decode"}},
                                            ScanCase{"<< /a 1 >>", {"(< /a 1 >) /ASCIIHexDecode"}}));
 
-// A NUL stops a stretch in every state, though no stop set names it.
+// A NUL stops a stretch in every state, though no stop set names it. Before a
+// digit it is written "\000".
 INSTANTIATE_TEST_SUITE_P(
     NulBytes, Scanner,
     ::testing::Values(
-        ScanCase{"%abc\0"
-                 "5 "s,
-                 {"ps_integer 5"}},
-        ScanCase{"1\0"
-                 "2 "s,
-                 {"ps_integer 1", "ps_integer 2"}},
-        ScanCase{"/ab\0c /\0"
-                 "d //languagelevel\0"s,
-                 {"/ab", "c", "/", "d", "ps_integer 2"}},
+        ScanCase{"%abc\0005 "s, {"ps_integer 5"}},
+        ScanCase{"1\0002 "s, {"ps_integer 1", "ps_integer 2"}},
+        ScanCase{"/ab\0c /\0d //languagelevel\0"s, {"/ab", "c", "/", "d", "ps_integer 2"}},
         ScanCase{"(a\0b)"s,
                  {"ERROR: Unexpected separator when parsing for end of literal string", "(ab)"}},
         ScanCase{"(a\\1\0)"s,
@@ -124,30 +120,21 @@ INSTANTIATE_TEST_SUITE_P(
         ScanCase{"(\\\0)"s, {"ERROR: Unsupported character escape in string", "()"}},
         ScanCase{"<41\0"s, {"(41\\x00) /ASCIIHexDecode"}},
         ScanCase{"<~ab~\0"s, {"(ab~\\x00) /ASCII85Decode"}},
-        ScanCase{"<~a>b\0"
-                 "c~> "s,
-                 {"(a>b\\x00) /ASCII85Decode", "c~"}}));
+        ScanCase{"<~a>b\0c~> "s, {"(a>b\\x00) /ASCII85Decode", "c~"}}));
 
 TEST(ScannerBuffers, UndefinedImmediateNameKeepsItsToken) {
     testing_support::Session s;
     Parser& parser = *s.interpreter().parser;
-    const char text[] = "//later ";
-    parser.setBuffer(reinterpret_cast<const unsigned char*>(text),
-                     reinterpret_cast<const unsigned char*>(text) + 8);
-    try {
-        parser.nextObject();
-        FAIL() << "expected a failure";
-    } catch (PostscriptException& failure) {
-        EXPECT_EQ(failure.message, "Undefined Immediately Evaluated Name");
-    }
+    const auto* text = reinterpret_cast<const unsigned char*>("//later ");
+    parser.setBuffer(text, text + 8);
+    EXPECT_EQ(failureOf([&] { parser.nextObject(); }), "Undefined Immediately Evaluated Name");
     EXPECT_EQ(parser.token, "/later");
     EXPECT_EQ(parser.state, Parser::literalName);
 
     // Once defined, the same token resolves to the dictionary's own object.
     auto* value = new IntegerObject(7);
     s.interpreter().dictionaries->userData->putText("later", value);
-    parser.setBuffer(reinterpret_cast<const unsigned char*>(text) + 7,
-                     reinterpret_cast<const unsigned char*>(text) + 8);
+    parser.setBuffer(text + 7, text + 8);
     EXPECT_EQ(parser.nextObject(), value);
     EXPECT_EQ(value->refCount, 1);
 }
@@ -155,31 +142,15 @@ TEST(ScannerBuffers, UndefinedImmediateNameKeepsItsToken) {
 TEST(ScannerPrimitives, FailuresAtTheEdges) {
     testing_support::Session s;
     Parser& parser = *s.interpreter().parser;
-    struct Step {
-        void (*action)(Parser&);
-        const char* message;
-    };
-    const Step steps[] = {
-        {[](Parser& p) { p.backChar(); }, "Cannot go back"},
-        {[](Parser& p) { p.nextChar(); }, "Cannot get next char when none left"},
-        {[](Parser& p) { p.skipChar(); }, "Cannot skip when no chars left"},
-        {[](Parser& p) {
-             static const unsigned char open[] = "(";
-             p.setBuffer(open, open + 1);
-             p.state = Parser::literalString;
-             p.parenDepth = INT32_MAX;
-             p.nextObject();
-         },
-         "Too many open parentheses in literal string"},
-    };
-    for (const Step& step : steps) {
-        try {
-            step.action(parser);
-            ADD_FAILURE() << "no failure for " << step.message;
-        } catch (PostscriptException& failure) {
-            EXPECT_EQ(failure.message, step.message);
-        }
-    }
+    EXPECT_EQ(failureOf([&] { parser.backChar(); }), "Cannot go back");
+    EXPECT_EQ(failureOf([&] { parser.nextChar(); }), "Cannot get next char when none left");
+    EXPECT_EQ(failureOf([&] { parser.skipChar(); }), "Cannot skip when no chars left");
+    const auto* open = reinterpret_cast<const unsigned char*>("(");
+    parser.setBuffer(open, open + 1);
+    parser.state = Parser::literalString;
+    parser.parenDepth = INT32_MAX;
+    EXPECT_EQ(failureOf([&] { parser.nextObject(); }),
+              "Too many open parentheses in literal string");
 }
 
 } // namespace

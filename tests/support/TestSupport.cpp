@@ -111,6 +111,15 @@ std::string Session::error() const {
     return message;
 }
 
+std::string failureOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (PostscriptException& failure) {
+        return failure.message;
+    }
+    return {};
+}
+
 std::string eval(std::string_view program) {
     Session s;
     if (!s.run(program)) return "ERROR: " + s.error();

@@ -4,6 +4,7 @@
 #include "Postscript2Pdf.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +40,10 @@ std::string render(const PostscriptObject* object);
 // "ERROR: <message>" and the scan goes on from the byte where it struck, with
 // the scanner as the failure left it.
 std::vector<std::string> scanAll(std::string_view text, const std::vector<std::size_t>& cuts = {});
+
+// The message of the PostscriptException that the action throws; empty when
+// it throws none.
+std::string failureOf(const std::function<void()>& action);
 
 // Runs a program on a fresh handle: the operand stack in "==" forms, bottom
 // first and joined by blanks, or "ERROR: <message>" after a failure.
