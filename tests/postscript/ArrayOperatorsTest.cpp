@@ -1,5 +1,4 @@
 #include "Tables.h"
-#include "support/TestSupport.h"
 
 namespace {
 
@@ -81,16 +80,10 @@ INSTANTIATE_TEST_SUITE_P(Arrays, Fails, ::testing::Values(
     FailCase{"7 [ 1 2 ] 1 [ 3 4 ] putinterval ", "invalid args to putinterval", "7"},
     FailCase{"7 { 1 2 } -1 { 3 } putinterval ", "Illegal array index", "7"},
     FailCase{"7 (ab) 0 { 3 } putinterval ", "putinterval- only expecting array ", "7"},
-    FailCase{"7 { 1 } 0 5 putinterval ", "putinterval expected array or string", "7"}));
+    FailCase{"7 { 1 } 0 5 putinterval ", "putinterval expected array or string", "7"},
+    // astore that runs out of operands has stored the upper elements.
+    FailCase{"/a 3 array def 8 9 a astore ", "pop - expected item on stack", "",
+             "a ", "[null 8 9 ]"}));
 // clang-format on
-
-// astore that runs out of operands has stored the upper elements.
-TEST(ArrayOperators, AstoreWithTooFewKeepsTheUpperElements) {
-    testing_support::Session s;
-    EXPECT_FALSE(s.run("/a 3 array def 8 9 a astore "));
-    EXPECT_EQ(s.error(), "pop - expected item on stack");
-    ASSERT_TRUE(s.run("a "));
-    EXPECT_EQ(s.stackValues(), "[null 8 9 ]");
-}
 
 } // namespace

@@ -1,7 +1,4 @@
 #include "Tables.h"
-#include "support/TestSupport.h"
-
-#include "DictionarySet.h"
 
 namespace {
 
@@ -71,22 +68,5 @@ INSTANTIATE_TEST_SUITE_P(
                       FailCase{"7 (a) not ", "Unsupported type of param to not", "7"},
                       FailCase{"7 [1] 1 ne ", "Unsupported type comparison", "7"},
                       FailCase{"7 /a (a) ge ", "Unsupported type comparison", "7"}));
-
-TEST(Constants, GoThroughTheExecutionStack) {
-    for (const char* name : {"true", "false", "null"}) {
-        testing_support::Session s;
-        Interpreter& interpreter = s.interpreter();
-        PostscriptObject* op = interpreter.dictionaries->lookupText(name);
-        ASSERT_NE(op, nullptr) << name;
-        op->execute(interpreter);
-        EXPECT_TRUE(interpreter.operandStack->empty()) << name;
-        ASSERT_EQ(interpreter.executionStack->size(), 1u) << name;
-        EXPECT_EQ(interpreter.executionStack->top()->doubleEqualsText(), name);
-        // The next turn of the run loop moves it.
-        ASSERT_TRUE(s.run(""));
-        EXPECT_TRUE(interpreter.executionStack->empty()) << name;
-        EXPECT_EQ(s.stackValues(), name);
-    }
-}
 
 } // namespace

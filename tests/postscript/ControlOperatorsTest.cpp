@@ -1,7 +1,5 @@
 #include "Tables.h"
 
-#include "kelumpd64/conversion.h"
-
 #include <cstring>
 
 namespace {
@@ -118,16 +116,15 @@ INSTANTIATE_TEST_SUITE_P(
 // below an integer limit) can't be advanced: the plain failure reaches the
 // export, which answers null and leaves the error text alone.
 TEST(ControlFor, NonNumericControlFailsWithoutErrorText) {
-    const float identity[6] = {1, 0, 0, 1, 0, 0};
-    PSHandle h = PSOpen(identity);
+    testing_support::Handle h;
     const char* program = "true 1 0 {} for ";
     uint32_t length = static_cast<uint32_t>(std::strlen(program));
-    EXPECT_EQ(PSConvertToPdf(h, reinterpret_cast<const unsigned char*>(program), &length), nullptr);
+    EXPECT_EQ(PSConvertToPdf(h.h, reinterpret_cast<const unsigned char*>(program), &length),
+              nullptr);
     EXPECT_EQ(length, std::strlen(program));
-    EXPECT_STREQ(PSGetErrorStr(h), "");
+    EXPECT_STREQ(PSGetErrorStr(h.h), "");
     // The first turn ran: its control value is on the stack.
-    EXPECT_STREQ(PSExecuteReturnStdOut(h, "stack ", 0xFFFFFFFFu), "true\n");
-    PSClose(h);
+    EXPECT_STREQ(PSExecuteReturnStdOut(h.h, "stack ", 0xFFFFFFFFu), "true\n");
 }
 
 } // namespace

@@ -10,15 +10,9 @@
 #include <new>
 #include <string>
 
+using testing_support::Handle;
+
 namespace {
-
-const float identity[6] = {1, 0, 0, 1, 0, 0};
-
-struct Handle {
-    Handle() : h(PSOpen(identity)) {}
-    ~Handle() { PSClose(h); }
-    PSHandle h;
-};
 
 Postscript2Pdf& translator(PSHandle h) {
     return *reinterpret_cast<Postscript2Pdf*>(h);
@@ -65,21 +59,6 @@ TEST(ConversionExports, FailureTextStaysUntilTheNextFailure) {
     EXPECT_EQ(PSExecuteReturnStdOut(h.h, "(x\\q)", 5), nullptr);
     EXPECT_NE(std::string(PSGetErrorStr(h.h)).find("Unsupported character escape in string"),
               std::string::npos);
-}
-
-TEST(ConversionExports, StdOutAndDoublesOnAFreshHandle) {
-    Handle h;
-    const char* out = PSExecuteReturnStdOut(h.h, "", 0);
-    ASSERT_NE(out, nullptr);
-    EXPECT_STREQ(out, "");
-    out = PSExecuteReturnStdOut(h.h, "1 ", 0xFFFFFFFFu);
-    ASSERT_NE(out, nullptr);
-
-    uint32_t count = 77;
-    // No getdoubles has run: a null array with count 0, which is no failure.
-    EXPECT_EQ(PSExecuteReturnDoubles(h.h, "1 2 ", &count), nullptr);
-    EXPECT_EQ(count, 0u);
-    EXPECT_STREQ(PSGetErrorStr(h.h), "");
 }
 
 TEST(ConversionExports, NullArgumentsAreRefused) {

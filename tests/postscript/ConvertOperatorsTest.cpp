@@ -1,5 +1,4 @@
 #include "Tables.h"
-#include "support/TestSupport.h"
 
 #include "ValueObjects.h"
 

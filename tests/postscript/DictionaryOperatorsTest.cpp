@@ -1,7 +1,12 @@
 #include "Tables.h"
-#include "support/TestSupport.h"
 
 #include "DictionarySet.h"
+#include "StringObject.h"
+#include "ValueObjects.h"
+
+#include <string>
+
+using testing_support::Session;
 
 namespace {
 
@@ -74,7 +79,10 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"1 dict dup begin 5 0 def 5.0 0 def (5) 0 def { 1 2 3 } 0 def end { pop } forall ",
              "5 ps_array, size=3 ps_integer 5 ps_real 5.000000"},
         Case{"/p { /p load 1 def } def p currentdict { pop } forall ",
-             "p ps_array, size=4, exec index=4"}));
+             "p ps_array, size=4, exec index=4"},
+        // A clone keeps the position of the running procedure it was made from.
+        Case{"/p { /p load dup exch pop 1 def } def p currentdict { pop } forall ",
+             "p ps_array, size=7, exec index=3"}));
 
 // Names are looked up anew after every change a program can make.
 INSTANTIATE_TEST_SUITE_P(
@@ -122,15 +130,53 @@ INSTANTIATE_TEST_SUITE_P(
         FailCase{"7 currentdict /zq get ", "get could not find element", "7"},
         FailCase{"7 /a 1 def currentdict (a) get ", "Unsupported parameter types to get", "7"},
         FailCase{"7 currentdict (k) 5 put ", "Unsupported parameter types to put", "7"},
-        FailCase{"7 currentdict 1 5 put ", "Unsupported parameter types to put", "7"}));
+        FailCase{"7 currentdict 1 5 put ", "Unsupported parameter types to put", "7"},
+        // Without a permanent dictionary cleardictstack pops everything, then fails;
+        // the rest of the procedure counts the dictionaries left.
+        FailCase{"{ //end //end //end 1 //dict //begin 1 //dict //begin //cleardictstack "
+                 "//countdictstack } exec ",
+                 "pop - expected item on stack", "", "", "0"}));
 
-// Without a permanent dictionary cleardictstack pops everything, then fails.
-TEST(DictionaryOperators, CleardictstackWithNoPermanentEmptiesTheStack) {
-    testing_support::Session s;
-    EXPECT_FALSE(s.run("{ //end //end //end 1 //dict //begin 1 //dict //begin //cleardictstack } "
-                       "exec "));
-    EXPECT_EQ(s.error(), "pop - expected item on stack");
-    EXPECT_TRUE(s.interpreter().dictionaries->dictionaryStack->empty());
+TEST(DictionarySet, StartsWithTheStandardDictionaries) {
+    Session s;
+    DictionarySet& set = *s.interpreter().dictionaries;
+    EXPECT_EQ(set.systemDict->memory, s.interpreter().memory->globalMemory);
+    EXPECT_EQ(set.errorDict->memory, s.interpreter().memory->localMemory);
+    EXPECT_EQ(set.fontDirectory->dictionaryData()->name, "Font");
+}
+
+// No program can put anything but a dictionary on the dictionary stack; a
+// walk that meets something else stops there.
+TEST(DictionarySet, LookupStopsAtANonDictionary) {
+    Session s;
+    DictionarySet& set = *s.interpreter().dictionaries;
+    set.globalData->putText("x", new IntegerObject(1));
+    Popped<> key(s.interpreter().makeString("x"));
+    EXPECT_EQ(set.findDictionaryWith(key.get()), set.globalDict);
+    set.dictionaryStack->push(new IntegerObject(0));
+    EXPECT_EQ(set.lookupText("x"), nullptr);
+    EXPECT_EQ(set.lookupText("languagelevel"), nullptr);
+}
+
+// Names that turn up once each, as data scanned as tokens would.
+std::string namesUsedOnce(int count) {
+    std::string program;
+    for (int i = 0; i < count; ++i)
+        program += "once" + std::to_string(i) + (i % 100 == 99 ? " clear\n" : " ");
+    return program;
+}
+
+TEST(NameTable, NamesUsedOnceAreSweptWhileHeldAndDefinedNamesKeepWorking) {
+    Session s;
+    ASSERT_TRUE(s.run("/held [ /kept { defined } ] def /defined 1 def "));
+    const std::size_t start = s.interpreter().names.size();
+    ASSERT_TRUE(s.run(namesUsedOnce(60000)));
+    EXPECT_LT(s.interpreter().names.size(), start + 10000);
+
+    // The held names kept their entries, and look-ups see later changes.
+    ASSERT_TRUE(s.run("held == held 1 get exec /defined 2 def held 1 get exec "));
+    EXPECT_EQ(s.stackValues(), "1 2");
+    EXPECT_EQ(s.interpreter().stdoutText, "[kept [defined ] ]\n");
 }
 
 } // namespace

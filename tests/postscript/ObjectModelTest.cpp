@@ -13,15 +13,6 @@ using testing_support::Session;
 
 namespace {
 
-// Deletes a test-made object at scope end unless something took it.
-struct Owned {
-    explicit Owned(PostscriptObject* o) : object(o) {}
-    ~Owned() { releaseIfUnreferenced(object); }
-    PostscriptObject* object;
-    PostscriptObject* operator->() const { return object; }
-    PostscriptObject* get() const { return object; }
-};
-
 TEST(ObjectTexts, DescribeEqualsAndDoubleEquals) {
     Session s;
     Interpreter& in = s.interpreter();
@@ -61,27 +52,16 @@ TEST(ObjectTexts, DescribeEqualsAndDoubleEquals) {
         {new VirtualMemoryObject("Save 3"), "ps_save Save 3", "ps_save Save 3", "--nostringval--"},
     };
     for (const Row& row : rows) {
-        Owned keep(row.object);
+        Popped<> keep(row.object);
         EXPECT_EQ(row.object->describe(), row.describe);
         EXPECT_EQ(row.object->doubleEqualsText(), row.doubleEquals) << row.describe;
         EXPECT_EQ(row.object->equalsText(), row.equals) << row.describe;
     }
 }
 
-TEST(ObjectClone, ProceduresKeepTheirPositionAndMemoriesTheirName) {
+TEST(ObjectClone, MemoriesTakeTheNameOfACopy) {
     Session s;
-    Interpreter& in = s.interpreter();
-    auto* proc = new ArrayObject(in.memory->localMemory, '{');
-    Owned keepProc(proc);
-    proc->executable = true;
-    proc->execIndex = 3;
-    Owned procCopy(proc->clone(nullptr));
-    auto* procClone = static_cast<ArrayObject*>(procCopy.get());
-    EXPECT_TRUE(procClone->executable);
-    EXPECT_EQ(procClone->execIndex, 3u);
-    EXPECT_EQ(procClone->data, proc->data);
-
-    Owned memoryCopy(in.memory->localMemory->clone(nullptr));
+    Popped<> memoryCopy(s.interpreter().memory->localMemory->clone(nullptr));
     EXPECT_EQ(memoryCopy->describe(), "ps_save Copy of Local Memory");
     // Copies of copies: the text goes through the formatter and is cut there.
     std::unique_ptr<PostscriptObject> chain(memoryCopy->clone(nullptr));

@@ -1,22 +1,19 @@
 #include "Tables.h"
 
-#include "kelumpd64/conversion.h"
-
 #include <string>
 
-namespace {
+using testing_support::Handle;
 
-const float identity[6] = {1, 0, 0, 1, 0, 0};
+namespace {
 
 // Rows of program and standard output, through the export that returns it.
 class Output : public ::testing::TestWithParam<Case> {};
 
 TEST_P(Output, WritesStdout) {
-    PSHandle h = PSOpen(identity);
-    const char* out = PSExecuteReturnStdOut(h, GetParam().program, 0xFFFFFFFFu);
-    ASSERT_NE(out, nullptr) << PSGetErrorStr(h);
+    Handle h;
+    const char* out = PSExecuteReturnStdOut(h.h, GetParam().program, 0xFFFFFFFFu);
+    ASSERT_NE(out, nullptr) << PSGetErrorStr(h.h);
     EXPECT_EQ(std::string(out), GetParam().result);
-    PSClose(h);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -34,14 +31,15 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"1 (two) /three stack stack ", "three\n(two)\n1\nthree\n(two)\n1\n"},
         Case{"stack ", ""}));
 
+// An empty buffer too clears what the last one printed.
 TEST(OutputOperators, StdoutHoldsTheLastBufferOnly) {
-    PSHandle h = PSOpen(identity);
-    ASSERT_STREQ(PSExecuteReturnStdOut(h, "1 2 stack ", 0xFFFFFFFFu), "2\n1\n");
-    ASSERT_STREQ(PSExecuteReturnStdOut(h, "= ", 2), "2\n");
-    EXPECT_EQ(PSExecuteReturnStdOut(h, "= = ", 4), nullptr);
-    EXPECT_NE(std::string(PSGetErrorStr(h)).find("pop - expected item on stack"),
+    Handle h;
+    ASSERT_STREQ(PSExecuteReturnStdOut(h.h, "1 2 stack ", 0xFFFFFFFFu), "2\n1\n");
+    ASSERT_STREQ(PSExecuteReturnStdOut(h.h, "", 0), "");
+    ASSERT_STREQ(PSExecuteReturnStdOut(h.h, "= ", 2), "2\n");
+    EXPECT_EQ(PSExecuteReturnStdOut(h.h, "= = ", 4), nullptr);
+    EXPECT_NE(std::string(PSGetErrorStr(h.h)).find("pop - expected item on stack"),
               std::string::npos);
-    PSClose(h);
 }
 
 } // namespace

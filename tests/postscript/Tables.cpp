@@ -1,6 +1,6 @@
 #include "Tables.h"
 
-#include "support/TestSupport.h"
+#include "CompositeObject.h"
 
 using testing_support::Session;
 
@@ -21,13 +21,20 @@ void expectFailure(Session& session, const FailCase& row) {
     EXPECT_EQ(session.stackValues(), row.stackAfterNext);
 }
 
+void expectGives(const Case& row) {
+    const long before = CompositeData::liveCount();
+    {
+        Session s;
+        const bool ok = s.run(row.program);
+        EXPECT_EQ(ok ? s.stackValues() : "ERROR: " + s.error(), row.result) << row.program;
+        EXPECT_TRUE(!ok || s.interpreter().executionStack->empty());
+        EXPECT_TRUE(!ok || s.interpreter().deferredExecutionStack->empty());
+    }
+    EXPECT_EQ(CompositeData::liveCount(), before) << "bodies outlive their handle";
+}
+
 TEST_P(Eval, Gives) {
-    Session s;
-    const bool ok = s.run(GetParam().program);
-    EXPECT_EQ(ok ? s.stackValues() : "ERROR: " + s.error(), GetParam().result);
-    if (!ok) return;
-    EXPECT_TRUE(s.interpreter().executionStack->empty());
-    EXPECT_TRUE(s.interpreter().deferredExecutionStack->empty());
+    expectGives(GetParam());
 }
 
 TEST_P(Fails, KeepingWhatItPopped) {

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "support/TestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <ostream>
 
-namespace testing_support {
-class Session;
-}
-
-// A row of an operator table: a program, and what eval() gives for it. A
-// program that runs to its end leaves nothing to run.
+// A row of an operator table: a program, and the operand stack it leaves in
+// "==" forms, bottom first and joined by blanks, or "ERROR: <message>". A
+// program that runs to its end leaves nothing to run, and its handle frees
+// every body it made when it closes.
 struct Case {
     const char* program;
     const char* result;
@@ -30,6 +30,8 @@ struct FailCase {
 void PrintTo(const Case& row, std::ostream* os);
 void PrintTo(const FailCase& row, std::ostream* os);
 
+// Runs a row on a fresh handle, which it closes.
+void expectGives(const Case& row);
 // Runs a failure row on the given handle.
 void expectFailure(testing_support::Session& session, const FailCase& row);
 

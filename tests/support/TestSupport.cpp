@@ -15,24 +15,17 @@ namespace testing_support {
 
 namespace {
 const double identity[6] = {1, 0, 0, 1, 0, 0};
-}
+const float floatIdentity[6] = {1, 0, 0, 1, 0, 0};
+} // namespace
 
 Session::Session() : pdf(identity) {}
+
+Handle::Handle() : h(PSOpen(floatIdentity)) {}
 
 bool Session::run(std::string_view text) {
     pdf.contentText.clear();
     return pdf.executeBuffer(reinterpret_cast<const unsigned char*>(text.data()),
                              static_cast<uint32_t>(text.size()));
-}
-
-bool Session::runSplit(std::string_view text, const std::vector<std::size_t>& cuts) {
-    bool ok = true;
-    std::size_t from = 0;
-    for (std::size_t cut : cuts) {
-        ok = run(text.substr(from, cut - from)) && ok;
-        from = cut;
-    }
-    return run(text.substr(from)) && ok;
 }
 
 std::string render(const PostscriptObject* object) {
@@ -118,12 +111,6 @@ std::string failureOf(const std::function<void()>& action) {
         return failure.message;
     }
     return {};
-}
-
-std::string eval(std::string_view program) {
-    Session s;
-    if (!s.run(program)) return "ERROR: " + s.error();
-    return s.stackValues();
 }
 
 std::vector<std::filesystem::path> samplePrograms() {

@@ -2,6 +2,7 @@
 
 #include "Interpreter.h"
 #include "Postscript2Pdf.h"
+#include "kelumpd64/conversion.h"
 
 #include <filesystem>
 #include <functional>
@@ -18,8 +19,6 @@ public:
 
     // Runs one buffer through executeBuffer; false after a failure.
     bool run(std::string_view text);
-    // Runs the text as several buffers, split at the given offsets.
-    bool runSplit(std::string_view text, const std::vector<std::size_t>& cuts);
 
     Interpreter& interpreter() { return *pdf.interpreter; }
     // The operand stack, bottom first, in the "==" form, joined by blanks.
@@ -28,6 +27,13 @@ public:
     std::string error() const;
 
     Postscript2Pdf pdf;
+};
+
+// A handle of the C interface, opened with the identity matrix and closed at scope end.
+struct Handle {
+    Handle();
+    ~Handle() { PSClose(h); }
+    PSHandle h;
 };
 
 // A compact, exact picture of one object for scanner tests: strings as
@@ -44,10 +50,6 @@ std::vector<std::string> scanAll(std::string_view text, const std::vector<std::s
 // The message of the PostscriptException that the action throws; empty when
 // it throws none.
 std::string failureOf(const std::function<void()>& action);
-
-// Runs a program on a fresh handle: the operand stack in "==" forms, bottom
-// first and joined by blanks, or "ERROR: <message>" after a failure.
-std::string eval(std::string_view program);
 
 // Real driver PostScript beside the repository; empty when absent.
 std::vector<std::filesystem::path> samplePrograms();

@@ -69,9 +69,11 @@ TEST(SharedLibrary, ExportsTheConversionFaceByName) {
     const char* out = stdOut(h, "3 stack ", 8);
     ASSERT_NE(out, nullptr);
     EXPECT_STREQ(out, "3\n[x y ]\n(text)\n2.500000\n1\n");
+    // No getdoubles has run: a null array with count 0, which is no failure.
     uint32_t count = 5;
     EXPECT_EQ(doubles(h, "4 ", &count), nullptr);
     EXPECT_EQ(count, 0u);
+    EXPECT_STREQ(error(h), "");
 
     // A failure reaches the host as text, and the handle goes on.
     length = 1;
