@@ -29,23 +29,6 @@ TEST_F(Names, UserNameFallsBackToTheEnvironment) {
 
 using Comms = FakeOsTest;
 
-TEST_F(Comms, MapOpensTheLaunchersRecordOrCreatesOne) {
-    {
-        LauncherComms ipc(u"kelsend", platform::infinite);
-        EXPECT_TRUE(ipc.connected && ipc.stopped);
-        EXPECT_EQ(ipc.timeout, 0xFFFFFFFFu);
-        EXPECT_TRUE(fake.openedMappingNames.empty()); // made without touching the record
-        ASSERT_TRUE(ipc.mapSharedMemory());
-        EXPECT_TRUE(ipc.shared.created);
-    }
-    FakeLauncher launcher(fake, base);
-    copyField(launcher.record().docName, u"left by the launcher");
-    LauncherComms ipc(u"kelsend", platform::infinite);
-    ASSERT_TRUE(ipc.mapSharedMemory());
-    EXPECT_FALSE(ipc.shared.created);
-    EXPECT_EQ(fieldText(ipc.view()->docName), u"left by the launcher");
-}
-
 TEST_F(Comms, FailedMapLeavesNothingMapped) {
     for (auto call : {Call::CreateFileMapping, Call::MapViewOfFile}) {
         CurrentFake local;

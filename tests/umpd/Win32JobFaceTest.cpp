@@ -249,15 +249,6 @@ TEST(Win32Launcher, MessagesArriveByteForByte) {
     EXPECT_EQ(peer.logText(), expected);
 }
 
-TEST(Win32Launcher, MissingLauncherIsFoundMissing) {
-    CaughtReports reports;
-    CitrixLauncherProxy proxy(1);
-    EXPECT_FALSE(proxy.isRunning());
-    EXPECT_FALSE(sendStartPrint(proxy.comms(), u"Kel Printer"));
-    EXPECT_TRUE(proxy.comms().shared.created); // the record was made, and nobody listens
-    EXPECT_TRUE(reports.caught.boxes().empty());
-}
-
 } // namespace
 
 #endif
