@@ -154,6 +154,8 @@ TYPED_TEST(PlatformContract, NamedMappingIsSharedBetweenHandles) {
 TYPED_TEST(PlatformContract, AutoResetEventWakesOneWait) {
     auto& kernel = this->os().kernel();
     auto name = this->unique(u"event");
+    EXPECT_EQ(kernel.openEvent(eventAllAccess, name), nullptr);
+    EXPECT_EQ(this->os().system().lastError(), error::fileNotFound);
     auto event = kernel.createEvent(nullptr, false, false, name);
     ASSERT_NE(event, nullptr);
     EXPECT_EQ(event->wait(0), WaitResult::Timeout);
