@@ -1,10 +1,10 @@
 // Operator-heavy PostScript: nested for loops with arithmetic, comparisons,
 // stack shuffles and dictionary look-ups, with the name look-up cache on and
 // off.
-#include "DictionarySet.h"
-#include "Interpreter.h"
-#include "Postscript2Pdf.h"
-#include "ValueObjects.h"
+#include "core/DictionarySet.h"
+#include "core/Interpreter.h"
+#include "core/ValueObjects.h"
+#include "pdf/Postscript2Pdf.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>

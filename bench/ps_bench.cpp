@@ -1,7 +1,7 @@
 // Throughput of the scanner and run loop on a generated program of about
 // 30 MB: numbers, names, strings in every notation, procedures, comments.
-#include "Interpreter.h"
-#include "Postscript2Pdf.h"
+#include "core/Interpreter.h"
+#include "pdf/Postscript2Pdf.h"
 
 #include <benchmark/benchmark.h>
 #include <string>

@@ -1,14 +1,17 @@
 // The scanner on arbitrary bytes, cut into buffers at sizes taken from the
 // input itself, so that every state meets a buffer end.
-#include "Interpreter.h"
-#include "Parser.h"
-#include "PostscriptException.h"
+#include "core/Interpreter.h"
+#include "core/Parser.h"
+#include "core/PostscriptException.h"
+#include "pdf/Postscript2Pdf.h"
 
 #include <cstddef>
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static Interpreter interpreter;
+    static const double identity[6] = {1, 0, 0, 1, 0, 0};
+    static Postscript2Pdf machine(identity);
+    Interpreter& interpreter = *machine.interpreter;
     if (size < 1) return 0;
     const std::size_t piece = 1 + data[0] % 16;
     ++data;

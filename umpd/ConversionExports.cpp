@@ -2,7 +2,7 @@
 // PostscriptException becomes the error text, anything else a null result.
 #include "kelumpd64/conversion.h"
 
-#include "Postscript2Pdf.h"
+#include "pdf/Postscript2Pdf.h"
 
 #include <new>
 

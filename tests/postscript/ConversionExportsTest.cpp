@@ -3,7 +3,7 @@
 
 #include "support/TestSupport.h"
 
-#include "Interpreter.h"
+#include "core/Interpreter.h"
 
 #include <cstring>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "Tables.h"
 
-#include "ValueObjects.h"
+#include "core/ValueObjects.h"
 
 namespace {
 

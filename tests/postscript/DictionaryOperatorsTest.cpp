@@ -1,8 +1,8 @@
 #include "Tables.h"
 
-#include "DictionarySet.h"
-#include "StringObject.h"
-#include "ValueObjects.h"
+#include "core/DictionarySet.h"
+#include "core/StringObject.h"
+#include "core/ValueObjects.h"
 
 #include <string>
 

@@ -1,9 +1,10 @@
 #include "Tables.h"
 
-#include "DictionarySet.h"
-#include "GeneratedOps.h"
-#include "StringObject.h"
-#include "ValueObjects.h"
+#include "core/DictionarySet.h"
+#include "core/StringObject.h"
+#include "core/ValueObjects.h"
+#include "operators/GeneratedOps.h"
+#include "operators/OperatorRegistry.h"
 
 #include <algorithm>
 #include <set>
@@ -174,11 +175,11 @@ TEST(GeneratedLayer, VirtualSeesOperandsDeepestFirstThenResults) {
         void search(Objects operands, Objects results) override { record(operands, results); }
         std::string seen;
     };
-    Session s;
-    auto recorder = std::make_unique<Recorder>(&s.interpreter());
-    Recorder& seen = *recorder;
-    s.interpreter().generatedOps = std::move(recorder);
-    ASSERT_TRUE(s.run("1 2 (a) 3 4 (b) awidthshow (x) (y) search "));
+    Interpreter machine;
+    Recorder seen(&machine);
+    installLanguage(machine, seen);
+    const std::string_view program = "1 2 (a) 3 4 (b) awidthshow (x) (y) search ";
+    machine.run(reinterpret_cast<const unsigned char*>(program.data()), program.size());
     EXPECT_EQ(seen.seen, "1 2 (a) 3 4 (b) ->;(x) (y) -> 0.000000 0.000000 0.000000 true;");
 }
 
@@ -189,7 +190,7 @@ TEST(GeneratedLayer, CvsOverrideStoresTheEqualsText) {
     Popped<StringObject> result(s.interpreter().makeString("old"));
     PostscriptObject* operands[] = {operand.get()};
     PostscriptObject* results[] = {result.get()};
-    s.interpreter().generatedOps->cvs(operands, results);
+    s.pdf.generatedOps->cvs(operands, results);
     EXPECT_EQ(result->text(), "--nostringval--");
 }
 
@@ -251,8 +252,8 @@ const char* const languageLater =
 
 // Which layer answers each name after start-up, and how many each one wins.
 TEST(OperatorLayers, CountsAndWinners) {
-    Interpreter interpreter;
-    DictionarySet& set = *interpreter.dictionaries;
+    Session s;
+    DictionarySet& set = *s.interpreter().dictionaries;
     const std::vector<std::string> generated = words(generatedLayer);
     const std::vector<std::string> language = words(languageLayer);
     const std::vector<std::string> laterList = words(languageLater);

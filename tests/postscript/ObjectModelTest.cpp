@@ -1,10 +1,10 @@
 #include "support/TestSupport.h"
 
-#include "ArrayObject.h"
-#include "DictionarySet.h"
-#include "FileObject.h"
-#include "StringObject.h"
-#include "ValueObjects.h"
+#include "core/ArrayObject.h"
+#include "core/DictionarySet.h"
+#include "core/FileObject.h"
+#include "core/StringObject.h"
+#include "core/ValueObjects.h"
 
 #include <gtest/gtest.h>
 #include <memory>

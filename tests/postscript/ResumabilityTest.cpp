@@ -3,9 +3,9 @@
 // failures.
 #include "support/TestSupport.h"
 
-#include "ArrayObject.h"
-#include "DictionarySet.h"
-#include "Parser.h"
+#include "core/ArrayObject.h"
+#include "core/DictionarySet.h"
+#include "core/Parser.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

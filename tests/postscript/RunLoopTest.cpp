@@ -1,7 +1,7 @@
 #include "Tables.h"
 
-#include "CompositeObject.h"
-#include "ValueObjects.h"
+#include "core/CompositeObject.h"
+#include "core/ValueObjects.h"
 #include "platform/DebugOutput.h"
 
 using testing_support::Session;

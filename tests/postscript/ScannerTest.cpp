@@ -1,9 +1,9 @@
 #include "support/TestSupport.h"
 
-#include "DictionarySet.h"
-#include "Parser.h"
-#include "PostscriptException.h"
-#include "ValueObjects.h"
+#include "core/DictionarySet.h"
+#include "core/Parser.h"
+#include "core/PostscriptException.h"
+#include "core/ValueObjects.h"
 
 #include <gtest/gtest.h>
 

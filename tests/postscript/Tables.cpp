@@ -1,6 +1,6 @@
 #include "Tables.h"
 
-#include "CompositeObject.h"
+#include "core/CompositeObject.h"
 
 using testing_support::Session;
 

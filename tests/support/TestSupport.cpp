@@ -1,9 +1,9 @@
 #include "support/TestSupport.h"
 
-#include "NameObject.h"
-#include "Parser.h"
-#include "PostscriptException.h"
-#include "StringObject.h"
+#include "core/NameObject.h"
+#include "core/Parser.h"
+#include "core/PostscriptException.h"
+#include "core/StringObject.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -56,8 +56,8 @@ std::string render(const PostscriptObject* object) {
 }
 
 std::vector<std::string> scanAll(std::string_view text, const std::vector<std::size_t>& cuts) {
-    Interpreter interpreter;
-    Parser& parser = *interpreter.parser;
+    Session session;
+    Parser& parser = *session.interpreter().parser;
     std::vector<std::string> objects;
     auto* data = reinterpret_cast<const unsigned char*>(text.data());
     std::vector<std::size_t> ends(cuts);

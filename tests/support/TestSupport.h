@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Interpreter.h"
-#include "Postscript2Pdf.h"
+#include "core/Interpreter.h"
 #include "kelumpd64/conversion.h"
+#include "pdf/Postscript2Pdf.h"
 
 #include <filesystem>
 #include <functional>

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/CompositeObject.h"
+#include "core/ObjectStack.h"
+
+class ArrayData : public CompositeData {
+public:
+    explicit ArrayData(char bracket)
+        : CompositeData(ps_array), bracket(bracket),
+          items(bracket == '{' ? "Array { Stack" : "Array [ Stack") {}
+    void releaseContents() override { items.clear(); }
+
+    char bracket; // '[' for an array, '{' for a procedure
+    ObjectStack items;
+};
+
+// An array, and a procedure when its body's bracket is "{". A running
+// procedure keeps its position in execIndex.
+class ArrayObject : public CompositeObject {
+public:
+    ArrayObject(VirtualMemoryObject* memory, char bracket)
+        : CompositeObject(ps_array, false, memory, new ArrayData(bracket)) {}
+    explicit ArrayObject(const ArrayObject& other)
+        : CompositeObject(other), execIndex(other.execIndex) {}
+
+    ArrayData* arrayData() const { return static_cast<ArrayData*>(data); }
+    ObjectStack& items() const { return arrayData()->items; }
+
+    void execute(Interpreter& interpreter) override;
+    std::string describe() const override;
+    std::string doubleEqualsText() const override;
+    PostscriptObject* clone(VirtualMemoryObject*) const override { return new ArrayObject(*this); }
+
+    uint32_t execIndex = 0;
+};

@@ -1,0 +1,99 @@
+#include "core/DictionarySet.h"
+
+#include "core/Interpreter.h"
+#include "core/NameObject.h"
+
+namespace {
+DictionaryObject* newDictionary(VirtualMemoryObject* memory, const char* name,
+                                DictionaryData*& data) {
+    data = new DictionaryData(name);
+    return new DictionaryObject(memory, data);
+}
+
+const char* const dictionaryNames[] = {"systemdict", "globaldict", "userdict", "errordict"};
+} // namespace
+
+DictionarySet::DictionarySet(MemoryRecord* memories, NameTable* names)
+    : memories(memories), names(names),
+      dictionaryStack(std::make_unique<ObjectStack>("Dictionary Stack")) {
+    systemDict = newDictionary(memories->globalMemory, "System", systemData);
+    globalDict = newDictionary(memories->globalMemory, "Global", globalData);
+    userDict = newDictionary(memories->localMemory, "User", userData);
+    errorDict = newDictionary(memories->localMemory, "Error", errorData);
+    DictionaryData* fontData = nullptr;
+    fontDirectory = newDictionary(memories->globalMemory, "Font", fontData);
+    addReference(fontDirectory);
+    push(systemDict);
+    push(globalDict);
+    push(userDict);
+    // Held for the life of the set, whatever a program does to the stack.
+    for (DictionaryObject* held : {systemDict, globalDict, userDict, errorDict})
+        addReference(held);
+}
+
+DictionarySet::~DictionarySet() {
+    // systemdict holds the four dictionaries, itself among them: break the loop
+    // first. Our own counts keep the bodies alive meanwhile, also when a
+    // program has popped them all off the stack.
+    for (const char* name : dictionaryNames)
+        systemData->remove(name);
+    dictionaryStack.reset();
+    for (DictionaryObject* held : {systemDict, globalDict, userDict, errorDict, fontDirectory})
+        releaseReference(held);
+}
+
+void DictionarySet::push(PostscriptObject* dictionary) {
+    dictionaryStack->push(dictionary);
+    if (dictionary->type == ps_dictionary) {
+        DictionaryData* body = static_cast<DictionaryObject*>(dictionary)->dictionaryData();
+        if (!body->observer) body->observer = names;
+    }
+    names->forgetAll();
+}
+
+PostscriptObject* DictionarySet::pop() {
+    PostscriptObject* top = dictionaryStack->pop();
+    names->forgetAll();
+    return top;
+}
+
+void DictionarySet::popTo(std::size_t depth) {
+    while (dictionaryStack->size() > depth)
+        releaseIfUnreferenced(pop());
+}
+
+PostscriptObject* DictionarySet::lookupName(const NameAtom* atom) const {
+    if (!useLookupCache) return lookupText(atom->text);
+    if (atom->cacheStamp == names->stamp) return atom->cachedValue;
+    PostscriptObject* value = lookupText(atom->text);
+    atom->cachedValue = value;
+    atom->cacheStamp = names->stamp;
+    return value;
+}
+
+DictionaryObject* DictionarySet::findDictionaryWith(const PostscriptObject* key) const {
+    std::string text = keyText(key);
+    const auto& stack = dictionaryStack->items;
+    for (auto it = stack.rbegin(); it != stack.rend(); ++it) {
+        if ((*it)->type != ps_dictionary) return nullptr;
+        auto* dictionary = static_cast<DictionaryObject*>(*it);
+        if (dictionary->dictionaryData()->find(text)) return dictionary;
+    }
+    return nullptr;
+}
+
+PostscriptObject* DictionarySet::lookup(const PostscriptObject* key) const {
+    if (key->type == ps_name) return lookupText(static_cast<const NameObject*>(key)->text());
+    return lookupText(keyText(key));
+}
+
+PostscriptObject* DictionarySet::lookupText(std::string_view text) const {
+    const auto& stack = dictionaryStack->items;
+    for (auto it = stack.rbegin(); it != stack.rend(); ++it) {
+        if ((*it)->type != ps_dictionary) return nullptr;
+        if (PostscriptObject* value =
+                static_cast<DictionaryObject*>(*it)->dictionaryData()->find(text))
+            return value;
+    }
+    return nullptr;
+}

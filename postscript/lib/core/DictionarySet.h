@@ -1,0 +1,56 @@
+#pragma once
+
+#include "core/DictionaryObject.h"
+#include "core/ObjectStack.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct MemoryRecord;
+class NameTable;
+struct NameAtom;
+
+// The dictionaries of an interpreter and the dictionary stack. Walks go from
+// the top of the stack down and stop at an entry that is not a dictionary.
+class DictionarySet {
+public:
+    DictionarySet(MemoryRecord* memories, NameTable* names);
+    ~DictionarySet();
+    DictionarySet(const DictionarySet&) = delete;
+    DictionarySet& operator=(const DictionarySet&) = delete;
+
+    // Every change of the dictionary stack goes through these three, so that
+    // cached look-ups can follow.
+    void push(PostscriptObject* dictionary);
+    PostscriptObject* pop();
+    // Pops and releases down to the given depth.
+    void popTo(std::size_t depth);
+
+    DictionaryObject* findDictionaryWith(const PostscriptObject* key) const;
+    PostscriptObject* lookup(const PostscriptObject* key) const;
+    PostscriptObject* lookupText(std::string_view text) const;
+    // lookupText for a name, answered from its cache while nothing changed.
+    PostscriptObject* lookupName(const NameAtom* atom) const;
+
+    // Off only to measure what the cache saves.
+    bool useLookupCache = true;
+
+    // Names of the generated operators, and the names a later layer replaced.
+    std::vector<std::string> replacedNames;
+    std::vector<std::string> generatedNames;
+
+    DictionaryData* systemData;
+    DictionaryObject* systemDict;
+    DictionaryData* globalData;
+    DictionaryObject* globalDict;
+    DictionaryData* userData;
+    DictionaryObject* userDict;
+    DictionaryData* errorData;
+    DictionaryObject* errorDict;
+    MemoryRecord* memories;
+    NameTable* names;
+    DictionaryObject* fontDirectory;
+    std::unique_ptr<ObjectStack> dictionaryStack;
+};

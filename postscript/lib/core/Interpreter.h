@@ -1,0 +1,85 @@
+#pragma once
+
+#include "core/NameObject.h"
+#include "core/ObjectStack.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+class ArrayObject;
+class BooleanObject;
+class DictionaryObject;
+class DictionarySet;
+class FileObject;
+class IntegerObject;
+class MarkObject;
+class NullObject;
+class Parser;
+class RealObject;
+class StringObject;
+class VirtualMemoryObject;
+
+// The interpreter's memories. Both real memories are counted; current is one of them.
+struct MemoryRecord {
+    VirtualMemoryObject* localMemory = nullptr;
+    VirtualMemoryObject* globalMemory = nullptr;
+    VirtualMemoryObject* currentMemory = nullptr;
+};
+
+// The machine: three object stacks, the dictionaries, two memories and the
+// scanner, driven by one loop that takes the next object from the execution
+// stack, or from the scanner when that stack is empty. It lives across
+// buffers; only the buffer, stdoutText and suspended are reset by a run.
+class Interpreter {
+public:
+    Interpreter();
+    ~Interpreter();
+    Interpreter(const Interpreter&) = delete;
+    Interpreter& operator=(const Interpreter&) = delete;
+
+    void run(const unsigned char* buffer, std::size_t length);
+
+    // Define an operator in systemdict under its name; a later layer replaces
+    // an earlier one.
+    void registerOperator(NameObject* op);
+    // The values that stand over the operator layers in systemdict: the four
+    // dictionaries, languagelevel and version.
+    void defineSystemValues();
+    void appendStdout(std::string_view text) { stdoutText += text; }
+
+    ArrayObject* makeArray();
+    DictionaryObject* makeDictionary();
+    StringObject* makeString(const char* text);
+    StringObject* makeString(std::string_view text);
+    NameObject* makeName(std::string_view text, bool executable = true);
+    const NameAtom* intern(std::string_view text) { return names.intern(text); }
+
+    // Typed pops of the operand stack; a wrong type reads "Expected <type> at <helper>".
+    ArrayObject* popArrayObject();
+    BooleanObject* popBooleanObject();
+    DictionaryObject* popDictionaryObject();
+    FileObject* popFileObject();
+    IntegerObject* popIntegerObject();
+    MarkObject* popMarkObject();
+    NameObject* popNameObject();
+    NullObject* popNullObject();
+    RealObject* popRealObject();
+    StringObject* popStringObject();
+
+    // Interned name texts; declared first so that it outlives every name.
+    NameTable names;
+
+    std::unique_ptr<Parser> parser;
+    std::unique_ptr<ObjectStack> operandStack;
+    std::unique_ptr<ObjectStack> executionStack;
+    std::unique_ptr<ObjectStack> deferredExecutionStack;
+    std::unique_ptr<MemoryRecord> memory;
+    std::unique_ptr<DictionarySet> dictionaries;
+    int32_t saveLevel = 1;
+    bool suspended = false;
+    std::string stdoutText;
+    std::unique_ptr<double[]> doubles;
+    uint32_t doubleCount = 0;
+};

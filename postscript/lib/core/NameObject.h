@@ -1,0 +1,79 @@
+#pragma once
+
+#include "core/PostscriptObject.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+// One entry per distinct name text of an interpreter. Look-up stays by text;
+// the entry only spares a copy of the text per token and is where cached
+// look-up results can live.
+struct NameAtom {
+    explicit NameAtom(std::string_view text) : text(text) {}
+    std::string text;
+    // The last look-up of this name through the dictionary stack, valid while
+    // cacheStamp equals the table's stamp.
+    mutable PostscriptObject* cachedValue = nullptr;
+    mutable uint64_t cacheStamp = 0;
+    // Name objects on this entry; an entry nobody uses may be swept.
+    mutable uint32_t users = 0;
+};
+
+// The entries live while name objects use them. Entries that no name uses
+// any more are swept whenever the table has doubled since the last sweep, so
+// a stream of names that are used once (data scanned as tokens after a
+// failure, say) cannot grow it without bound, while the names a program keeps
+// using keep their cached look-ups.
+class NameTable {
+public:
+    const NameAtom* intern(std::string_view text);
+    std::size_t size() const { return atoms_.size(); }
+
+    // Cached look-ups follow every change: a key defined or removed in a
+    // dictionary forgets that name's look-up; a change of the dictionary
+    // stack, or a dictionary emptied, forgets all.
+    void keyChanged(std::string_view text);
+    void forgetAll() { ++stamp; }
+
+    uint64_t stamp = 1;
+
+private:
+    void sweep();
+
+    static constexpr std::size_t smallestSweep = 4096;
+    std::size_t sweepAt_ = smallestSweep;
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view s) const noexcept {
+            return std::hash<std::string_view>{}(s);
+        }
+    };
+    std::unordered_map<std::string, std::unique_ptr<NameAtom>, Hash, std::equal_to<>> atoms_;
+};
+
+// A name, and the base of every operator: an operator is a name whose execute
+// is its action.
+class NameObject : public PostscriptObject {
+public:
+    explicit NameObject(const NameAtom* atom, bool executable = true)
+        : PostscriptObject(ps_name, executable), atom(atom) {
+        ++atom->users;
+    }
+    ~NameObject() override { --atom->users; }
+
+    const std::string& text() const { return atom->text; }
+
+    void execute(Interpreter& interpreter) override;
+    std::string describe() const override;
+    std::string doubleEqualsText() const override { return atom->text; }
+    std::string equalsText() const override { return atom->text; }
+    // A plain executable name with the same text, also for operators: the
+    // clone finds the operator again by look-up.
+    PostscriptObject* clone(VirtualMemoryObject*) const override {
+        return new NameObject(atom, true);
+    }
+
+    const NameAtom* atom;
+};

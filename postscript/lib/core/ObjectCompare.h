@@ -1,0 +1,17 @@
+#pragma once
+
+#include "core/PostscriptObject.h"
+
+#include <cstdint>
+
+// The value of an integer or real; anything else throws "Unsupported number type".
+double objectToNumber(const PostscriptObject* object);
+
+// Negative, zero or positive. Knows integers (their difference, wrapping at
+// 32 bits), reals, booleans (also against integers), and strings or names
+// among themselves; anything else throws "Unsupported type comparison".
+int32_t compareObjects(const PostscriptObject* a, const PostscriptObject* b);
+
+// eq: null only equals null; dictionaries and arrays compare element-wise;
+// the rest by compareObjects.
+bool objectsEqual(const PostscriptObject* a, const PostscriptObject* b);

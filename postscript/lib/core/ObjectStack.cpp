@@ -1,0 +1,47 @@
+#include "core/ObjectStack.h"
+
+#include "core/PostscriptException.h"
+
+void ObjectStack::push(PostscriptObject* object) {
+    if (!object) PS_THROW("cannot push null item onto stack");
+    items.push_back(object);
+    ++object->refCount;
+}
+
+PostscriptObject* ObjectStack::pop() {
+    if (items.empty()) PS_THROW("pop - expected item on stack");
+    PostscriptObject* object = items.back();
+    items.pop_back();
+    --object->refCount;
+    return object;
+}
+
+PostscriptObject* ObjectStack::popTyped(uint32_t tag, const char* who) {
+    PostscriptObject* object = items.empty() ? nullptr : pop();
+    if (!object || object->type != tag) {
+        // The wrong object is not ours to keep: free it if no one else holds it.
+        releaseIfUnreferenced(object);
+        PS_THROWF("Expected %s at %s", typeName(tag), who);
+    }
+    return object;
+}
+
+void ObjectStack::clear() noexcept {
+    std::vector<PostscriptObject*> old;
+    old.swap(items);
+    for (PostscriptObject* object : old)
+        releaseReference(object);
+}
+
+void ObjectStack::setAt(std::size_t index, PostscriptObject* object) {
+    if (index > items.size()) PS_THROW("Illegal array index");
+    if (!object) PS_THROW("cannot push null item onto stack");
+    ++object->refCount;
+    if (index == items.size()) {
+        items.push_back(object);
+        return;
+    }
+    PostscriptObject* old = items[index];
+    items[index] = object;
+    releaseReference(old);
+}

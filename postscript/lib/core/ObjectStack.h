@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/PostscriptObject.h"
+
+#include <vector>
+
+// Every stack of the machine and the elements of every array. Holding an
+// object counts it; pop() gives the count back without deleting.
+class ObjectStack {
+public:
+    explicit ObjectStack(const char* name) : name(name) {}
+    ObjectStack(const ObjectStack&) = delete;
+    ObjectStack& operator=(const ObjectStack&) = delete;
+    ~ObjectStack() { clear(); }
+
+    void push(PostscriptObject* object);
+    PostscriptObject* pop();
+    // pop(), then insist on the type: "Expected <type> at <who>". A wrong
+    // object is off the stack by then.
+    PostscriptObject* popTyped(uint32_t tag, const char* who);
+
+    // Position counted from the bottom; null outside the stack.
+    PostscriptObject* at(std::size_t index) const {
+        return index < items.size() ? items[index] : nullptr;
+    }
+    PostscriptObject* top() const { return items.empty() ? nullptr : items.back(); }
+    std::size_t size() const { return items.size(); }
+    bool empty() const { return items.empty(); }
+    void clear() noexcept;
+    // Replace the element at index, or append when index is the size.
+    void setAt(std::size_t index, PostscriptObject* object);
+
+    std::vector<PostscriptObject*> items;
+    const char* name;
+};

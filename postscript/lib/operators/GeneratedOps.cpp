@@ -1,0 +1,124 @@
+#include "operators/GeneratedOps.h"
+
+#include "core/ArrayObject.h"
+#include "core/DictionaryObject.h"
+#include "core/DictionarySet.h"
+#include "core/Interpreter.h"
+#include "core/PostscriptException.h"
+#include "core/StringObject.h"
+#include "core/ValueObjects.h"
+
+#include <array>
+
+void ImplementedGenOps::countdictstack(Objects, Objects results) {
+    static_cast<IntegerObject*>(results[0])->value =
+        static_cast<int32_t>(interpreter->dictionaries->dictionaryStack->size());
+}
+
+void ImplementedGenOps::cvs(Objects operands, Objects results) {
+    static_cast<StringObject*>(results[0])->text() = operands[0]->equalsText();
+}
+
+void ImplementedGenOps::product(Objects, Objects results) {
+    static_cast<StringObject*>(results[0])->text() += "foliograph ps interpreter";
+}
+
+namespace {
+
+PostscriptObject* popOperand(Interpreter& in, char code) {
+    switch (code) {
+    case 'i':
+        return in.popIntegerObject();
+    case 'b':
+        return in.popBooleanObject();
+    case 'a':
+        return in.popArrayObject();
+    case 'd':
+        return in.popDictionaryObject();
+    case 's':
+        return in.popStringObject();
+    case 'm':
+        return in.popMarkObject();
+    default:
+        return in.operandStack->pop();
+    }
+}
+
+PostscriptObject* makeDefault(Interpreter& in, char code) {
+    switch (code) {
+    case 'i':
+        return new IntegerObject(0);
+    case 'b':
+        return new BooleanObject(true);
+    case 'A':
+        return in.makeArray();
+    case 'D':
+        return in.makeDictionary();
+    case 'S':
+        return in.makeString("");
+    case 'm':
+        return new MarkObject;
+    case 'n':
+        return in.makeName("", true);
+    default:
+        return new RealObject(0.0);
+    }
+}
+
+} // namespace
+
+void GeneratedOperator::execute(Interpreter& interpreter) {
+    constexpr std::size_t most = GeneratedOperator::mostObjects;
+    std::array<Popped<>, most> operands;
+    std::array<PostscriptObject*, most> deepestFirst{};
+    std::size_t popCount = 0;
+    for (const char* code = pops_; *code; ++code, ++popCount)
+        operands[popCount] = Popped<>(popOperand(interpreter, *code));
+    for (std::size_t i = 0; i < popCount; ++i)
+        deepestFirst[i] = operands[popCount - 1 - i].get();
+
+    std::array<PostscriptObject*, most> results{};
+    std::size_t pushCount = 0;
+    for (const char* code = pushes_; *code; ++code) {
+        PostscriptObject* result = makeDefault(interpreter, *code);
+        interpreter.operandStack->push(result);
+        results[pushCount++] = result;
+    }
+    call(ops_, GeneratedOps::Objects(deepestFirst.data(), popCount),
+         GeneratedOps::Objects(results.data(), pushCount));
+}
+
+namespace {
+
+#define KEL_GENERATED_CLASS(name, Stem, method, pops, pushes)                                      \
+    static_assert(sizeof(pops) <= GeneratedOperator::mostObjects + 1);                             \
+    static_assert(sizeof(pushes) <= GeneratedOperator::mostObjects + 1);                           \
+    class Stem##GeneratedOp : public GeneratedOperator {                                           \
+    public:                                                                                        \
+        Stem##GeneratedOp(const NameAtom* atom, GeneratedOps& ops)                                 \
+            : GeneratedOperator(atom, ops, pops, pushes) {}                                        \
+                                                                                                   \
+    protected:                                                                                     \
+        void call(GeneratedOps& ops, GeneratedOps::Objects operands,                               \
+                  GeneratedOps::Objects results) override {                                        \
+            ops.method(operands, results);                                                         \
+        }                                                                                          \
+    };
+KEL_GENERATED_OPERATORS(KEL_GENERATED_CLASS)
+#undef KEL_GENERATED_CLASS
+
+} // namespace
+
+void registerGenerated(Interpreter& interpreter, GeneratedOps& ops) {
+    DictionarySet& dictionaries = *interpreter.dictionaries;
+    DictionaryData& system = *dictionaries.systemData;
+    auto install = [&](NameObject* op) {
+        dictionaries.generatedNames.push_back(op->text());
+        if (system.find(op->text())) dictionaries.replacedNames.push_back(op->text());
+        system.put(op->text(), op);
+    };
+#define KEL_GENERATED_REGISTER(name, Stem, method, pops, pushes)                                   \
+    install(new Stem##GeneratedOp(interpreter.intern(name), ops));
+    KEL_GENERATED_OPERATORS(KEL_GENERATED_REGISTER)
+#undef KEL_GENERATED_REGISTER
+}

@@ -1,0 +1,177 @@
+#include "operators/LoopOperators.h"
+
+#include "core/ArrayObject.h"
+#include "core/DictionaryObject.h"
+#include "core/Interpreter.h"
+#include "core/NumberUtils.h"
+#include "core/ObjectCompare.h"
+#include "core/PostscriptException.h"
+#include "core/StringObject.h"
+#include "core/ValueObjects.h"
+
+#include <iterator>
+#include <stdexcept>
+
+namespace {
+
+// One more turn: the context goes under its procedure.
+void pushTurn(Interpreter& interpreter, NameObject* context, PostscriptObject* proc) {
+    interpreter.executionStack->push(context);
+    interpreter.executionStack->push(proc);
+    armProcedure(proc);
+}
+
+bool isNumber(const PostscriptObject* object) {
+    return object->type == ps_integer || object->type == ps_real;
+}
+
+bool isLoopContext(std::string_view text) {
+    // Names of the language's looping operators, also those that have no
+    // context here: the text is all that is compared.
+    static constexpr std::string_view loops[] = {
+        "cshow",  "forall", "pathforall", "filenameforall", "kshow",
+        "repeat", "for",    "loop",       "resourceforall",
+    };
+    for (std::string_view loop : loops)
+        if (text == loop) return true;
+    return false;
+}
+
+} // namespace
+
+PostscriptObject* takeOperand(Interpreter& interpreter) {
+    PostscriptObject* object = interpreter.operandStack->pop();
+    addReference(object);
+    return object;
+}
+
+void unwindExecutionStack(Interpreter& interpreter, bool (*isTarget)(std::string_view text)) {
+    for (;;) {
+        Popped<> entry(interpreter.executionStack->pop());
+        if (entry->type == ps_name && isTarget(static_cast<NameObject*>(entry.get())->text()))
+            return;
+        disarmProcedure(entry.get());
+    }
+}
+
+ForOperator::~ForOperator() {
+    releaseReference(control);
+    releaseReference(proc);
+    releaseReference(limit);
+    releaseReference(increment);
+    releaseReference(initial);
+}
+
+void ForOperator::execute(Interpreter& interpreter) {
+    if (control) {
+        advance();
+        step(interpreter);
+        return;
+    }
+    Popped<ForOperator> context(new ForOperator(atom));
+    context->proc = takeOperand(interpreter);
+    context->limit = takeOperand(interpreter);
+    context->increment = takeOperand(interpreter);
+    context->initial = takeOperand(interpreter);
+    const PostscriptObject* first = context->initial;
+    // One real among the three makes the whole loop count in reals.
+    const bool anyReal = context->limit->type == ps_real || context->increment->type == ps_real ||
+                         first->type == ps_real;
+    if (!anyReal || first->type == ps_real)
+        context->control = first->clone(interpreter.memory->currentMemory);
+    else if (first->type == ps_integer)
+        context->control = new RealObject(static_cast<const IntegerObject*>(first)->value);
+    else
+        PS_THROW("Unsupported number type in initial for loop value");
+    addReference(context->control);
+    if (!isNumber(context->increment)) PS_THROW("Unsupported increment type in for loop");
+    context->ascending = objectToNumber(context->increment) >= 0;
+    context->step(interpreter);
+}
+
+void ForOperator::advance() {
+    if (control->type == ps_integer) {
+        auto* value = static_cast<IntegerObject*>(control);
+        const int32_t by = increment->type == ps_integer
+                               ? static_cast<const IntegerObject*>(increment)->value
+                               : numbers::truncateToInt32(objectToNumber(increment));
+        // 32-bit arithmetic: past the largest integer the count wraps.
+        value->value =
+            static_cast<int32_t>(static_cast<uint32_t>(value->value) + static_cast<uint32_t>(by));
+    } else if (control->type == ps_real) {
+        static_cast<RealObject*>(control)->value += objectToNumber(increment);
+    } else {
+        // Not a PostscriptException: the export answers it with no error text.
+        throw std::runtime_error("Unsupported type in addXtoY");
+    }
+}
+
+void ForOperator::step(Interpreter& interpreter) {
+    const int32_t order = compareObjects(control, limit);
+    if (ascending ? order >= 0 : order <= 0) return;
+    pushTurn(interpreter, this, proc);
+    interpreter.operandStack->push(control->clone(interpreter.memory->currentMemory));
+}
+
+void ForallOperator::start(Interpreter& interpreter) {
+    composite = takeOperand(interpreter);
+    turn(interpreter);
+}
+
+void ForallOperator::turn(Interpreter& interpreter) {
+    const auto position = static_cast<std::size_t>(cursor);
+    Popped<> key;
+    Popped<> element;
+    switch (composite->type) {
+    case ps_array: {
+        const ObjectStack& items = static_cast<ArrayObject*>(composite)->items();
+        if (position >= items.size()) return;
+        element = Popped<>(items.items[position]);
+        break;
+    }
+    case ps_string: {
+        const std::string& text = static_cast<StringObject*>(composite)->text();
+        if (position >= text.size()) return;
+        element = Popped<>(new IntegerObject(static_cast<signed char>(text[position])));
+        break;
+    }
+    case ps_dictionary: {
+        const DictionaryData::Map& entries =
+            static_cast<DictionaryObject*>(composite)->dictionaryData()->entries;
+        if (position >= entries.size()) return;
+        // By position from the first entry: a dictionary changed meanwhile
+        // shifts what the remaining turns see.
+        const auto entry = std::next(entries.begin(), cursor);
+        key = Popped<>(interpreter.makeName(entry->first));
+        element = Popped<>(entry->second);
+        break;
+    }
+    default:
+        PS_THROW("Unsupported forall elements param");
+    }
+    pushTurn(interpreter, this, proc);
+    if (key) interpreter.operandStack->push(key.get());
+    interpreter.operandStack->push(element.get());
+    ++cursor;
+}
+
+void LoopOperator::turn(Interpreter& interpreter) {
+    pushTurn(interpreter, this, proc);
+}
+
+void RepeatOperator::start(Interpreter& interpreter) {
+    Popped<IntegerObject> count(
+        static_cast<IntegerObject*>(interpreter.operandStack->popTyped(ps_integer, "repeat")));
+    remaining = count->value;
+    turn(interpreter);
+}
+
+void RepeatOperator::turn(Interpreter& interpreter) {
+    if (remaining <= 0) return;
+    pushTurn(interpreter, this, proc);
+    --remaining;
+}
+
+void ExitOperator::execute(Interpreter& interpreter) {
+    unwindExecutionStack(interpreter, isLoopContext);
+}

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "operators/OperatorClass.h"
+
+#include <string_view>
+
+// A loop runs as a context on the execution stack: a fresh instance of its
+// operator's class, under its procedure, that takes another turn each time it
+// comes up. The instance in systemdict has its first field empty and makes
+// the context. Contexts hold their fields as counted references.
+
+// Pops an operand into a context's field: counted from the moment it is off
+// the stack, so that a context that fails half-made frees it.
+PostscriptObject* takeOperand(Interpreter& interpreter);
+
+// A context whose first field is its procedure. The instance in systemdict
+// makes the context, which takes the procedure and then, in start(), the rest
+// of its operands; each time the context comes up it takes a turn().
+template <class Context> class ProcedureContext : public NameObject {
+public:
+    using NameObject::NameObject;
+    ~ProcedureContext() override { releaseReference(proc); }
+    void execute(Interpreter& interpreter) final {
+        if (proc) {
+            static_cast<Context*>(this)->turn(interpreter);
+            return;
+        }
+        Popped<Context> context(new Context(atom));
+        context->proc = takeOperand(interpreter);
+        context->start(interpreter);
+    }
+
+protected:
+    PostscriptObject* proc = nullptr;
+};
+
+// initial increment limit proc for -   the limit itself is never reached
+class ForOperator : public NameObject {
+public:
+    using NameObject::NameObject;
+    ~ForOperator() override;
+    void execute(Interpreter& interpreter) override;
+
+private:
+    void advance();
+    void step(Interpreter& interpreter);
+
+    PostscriptObject* control = nullptr; // changed in place
+    PostscriptObject* proc = nullptr;
+    PostscriptObject* limit = nullptr;
+    PostscriptObject* increment = nullptr;
+    bool ascending = true;
+    PostscriptObject* initial = nullptr;
+};
+
+// array|string|dict proc forall -
+class ForallOperator : public ProcedureContext<ForallOperator> {
+public:
+    using ProcedureContext::ProcedureContext;
+    ~ForallOperator() override { releaseReference(composite); }
+
+private:
+    friend ProcedureContext;
+    void start(Interpreter& interpreter);
+    void turn(Interpreter& interpreter);
+
+    PostscriptObject* composite = nullptr;
+    int32_t cursor = 0;
+};
+
+// proc loop -   ends by exit, stop or a failure only
+class LoopOperator : public ProcedureContext<LoopOperator> {
+public:
+    using ProcedureContext::ProcedureContext;
+
+private:
+    friend ProcedureContext;
+    void start(Interpreter& interpreter) { turn(interpreter); }
+    void turn(Interpreter& interpreter);
+};
+
+// int proc repeat -
+class RepeatOperator : public ProcedureContext<RepeatOperator> {
+public:
+    using ProcedureContext::ProcedureContext;
+
+private:
+    friend ProcedureContext;
+    void start(Interpreter& interpreter);
+    void turn(Interpreter& interpreter);
+
+    int32_t remaining = 0;
+};
+
+// - exit -   leaves the innermost looping context
+KEL_OPERATOR(ExitOperator);
+
+// Pops the execution stack down to and including the first name whose text
+// isTarget accepts, disarming procedures on the way. Running out of entries
+// fails with "pop - expected item on stack".
+void unwindExecutionStack(Interpreter& interpreter, bool (*isTarget)(std::string_view text));

@@ -1,0 +1,36 @@
+#include "operators/StringOperators.h"
+
+#include "core/Interpreter.h"
+#include "core/Operands.h"
+#include "core/PostscriptException.h"
+#include "core/StringObject.h"
+#include "core/ValueObjects.h"
+#include "operators/LengthOperators.h"
+#include "operators/OperatorRegistry.h"
+
+void StringOperator::execute(Interpreter& interpreter) {
+    int32_t length = popOperand<IntegerObject>(interpreter, ps_integer, "length of string")->value;
+    if (length < 0 || length > largestLength) PS_THROW("Illegal length passed to string");
+    Popped<StringObject> string(interpreter.makeString(std::string_view()));
+    string->text().assign(static_cast<std::size_t>(length), '\0');
+    interpreter.operandStack->push(string.get());
+}
+
+void AnchorsearchOperator::execute(Interpreter& interpreter) {
+    Popped<StringObject> seek = popOperand<StringObject>(interpreter, ps_string, "popStringObject");
+    Popped<StringObject> string =
+        popOperand<StringObject>(interpreter, ps_string, "popStringObject");
+    std::string& text = string->text();
+    const std::size_t length = seek->text().size(); // seek may share the body
+    bool match = length <= text.size() && text.compare(0, length, seek->text()) == 0;
+    if (match) text.erase(0, length);
+    interpreter.operandStack->push(string.get());
+    if (match) interpreter.operandStack->push(seek.get());
+    interpreter.operandStack->push(new BooleanObject(match));
+}
+
+void addStringOperators(OperatorFactories& factories) {
+    factories.add<StringOperator>("string");
+    factories.add<LengthOperator>("length");
+    factories.add<AnchorsearchOperator>("anchorsearch");
+}
