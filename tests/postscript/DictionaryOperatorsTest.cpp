@@ -140,8 +140,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(DictionarySet, StartsWithTheStandardDictionaries) {
     Session s;
     DictionarySet& set = *s.interpreter().dictionaries;
-    EXPECT_EQ(set.systemDict->memory, s.interpreter().memory->globalMemory);
-    EXPECT_EQ(set.errorDict->memory, s.interpreter().memory->localMemory);
+    EXPECT_EQ(set.systemDict->memory, s.interpreter().memory->globalMemory.get());
+    EXPECT_EQ(set.errorDict->memory, s.interpreter().memory->localMemory.get());
     EXPECT_EQ(set.fontDirectory->dictionaryData()->name, "Font");
 }
 
@@ -152,7 +152,7 @@ TEST(DictionarySet, LookupStopsAtANonDictionary) {
     DictionarySet& set = *s.interpreter().dictionaries;
     set.globalData->putText("x", new IntegerObject(1));
     Popped<> key(s.interpreter().makeString("x"));
-    EXPECT_EQ(set.findDictionaryWith(key.get()), set.globalDict);
+    EXPECT_EQ(set.findDictionaryWith(key.get()), set.globalDict.get());
     set.dictionaryStack->push(new IntegerObject(0));
     EXPECT_EQ(set.lookupText("x"), nullptr);
     EXPECT_EQ(set.lookupText("languagelevel"), nullptr);

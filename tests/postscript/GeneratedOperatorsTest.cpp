@@ -298,10 +298,10 @@ TEST(OperatorLayers, CountsAndWinners) {
     EXPECT_EQ(valueWins, 5u);
     // The operators, the five values and systemdict itself: nothing else.
     EXPECT_EQ(set.systemData->entries.size(), 90u + 244u + 5u + 1u);
-    EXPECT_EQ(set.systemData->findText("systemdict"), set.systemDict);
-    EXPECT_EQ(set.systemData->findText("userdict"), set.userDict);
-    EXPECT_EQ(set.systemData->findText("globaldict"), set.globalDict);
-    EXPECT_EQ(set.systemData->findText("errordict"), set.errorDict);
+    EXPECT_EQ(set.systemData->findText("systemdict"), set.systemDict.get());
+    EXPECT_EQ(set.systemData->findText("userdict"), set.userDict.get());
+    EXPECT_EQ(set.systemData->findText("globaldict"), set.globalDict.get());
+    EXPECT_EQ(set.systemData->findText("errordict"), set.errorDict.get());
     EXPECT_TRUE(set.userData->entries.empty());
     EXPECT_TRUE(set.globalData->entries.empty());
     EXPECT_TRUE(set.errorData->entries.empty());

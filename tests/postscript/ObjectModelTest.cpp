@@ -16,7 +16,7 @@ namespace {
 TEST(ObjectTexts, DescribeEqualsAndDoubleEquals) {
     Session s;
     Interpreter& in = s.interpreter();
-    VirtualMemoryObject* local = in.memory->localMemory;
+    VirtualMemoryObject* local = in.memory->localMemory.get();
     auto* array = new ArrayObject(local, '[');
     array->items().push(new IntegerObject(1));
     array->items().push(new RealObject(2.5));
@@ -46,7 +46,7 @@ TEST(ObjectTexts, DescribeEqualsAndDoubleEquals) {
         {new ArrayObject(local, '['), "ps_array, size=0", "[]", "--nostringval--"},
         {in.makeDictionary(), "ps_dictionary 0 entries (ps_save Local Memory)", "-dict-",
          "--nostringval--"},
-        {in.dictionaries->userDict, "ps_dictionary User  0 entries (ps_save Local Memory)",
+        {in.dictionaries->userDict.get(), "ps_dictionary User  0 entries (ps_save Local Memory)",
          "-dict-", "--nostringval--"},
         {new FileObject(local, new FileData), "ps_file", "ps_file", "--nostringval--"},
         {new VirtualMemoryObject("Save 3"), "ps_save Save 3", "ps_save Save 3", "--nostringval--"},
@@ -95,7 +95,7 @@ TEST(MemoryBodies, CyclesAreBrokenWhenTheInterpreterCloses) {
     Interpreter& in = s->interpreter();
     auto* dict = in.makeDictionary();
     dict->dictionaryData()->putText("self", dict);
-    auto* array = new ArrayObject(in.memory->globalMemory, '[');
+    auto* array = new ArrayObject(in.memory->globalMemory.get(), '[');
     array->items().push(array->clone(nullptr));
     in.dictionaries->userData->putText("a", array);
     s.reset();
@@ -104,10 +104,10 @@ TEST(MemoryBodies, CyclesAreBrokenWhenTheInterpreterCloses) {
 
 TEST(MemoryBodies, DeepNestingIsFreedWithoutRecursion) {
     Session s;
-    auto* outer = new ArrayObject(s.interpreter().memory->localMemory, '[');
+    auto* outer = new ArrayObject(s.interpreter().memory->localMemory.get(), '[');
     ArrayObject* inner = outer;
     for (int i = 0; i < 200000; ++i) {
-        auto* next = new ArrayObject(s.interpreter().memory->localMemory, '[');
+        auto* next = new ArrayObject(s.interpreter().memory->localMemory.get(), '[');
         inner->items().push(next);
         inner = next;
     }

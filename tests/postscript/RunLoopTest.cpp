@@ -89,7 +89,7 @@ TEST(RunLoopSuspension, SuspendedOperatorResumesFirstInTheNextRun) {
 // Bodies follow their last object, also one a clone shares.
 TEST(RunLoopMemory, DroppedObjectsAreFreed) {
     Session s;
-    VirtualMemoryObject* local = s.interpreter().memory->localMemory;
+    VirtualMemoryObject* local = s.interpreter().memory->localMemory.get();
     std::size_t before = local->liveBodies();
     for (int i = 0; i < 100; ++i) {
         ASSERT_TRUE(s.run("(abc) dup pop { 1 2 (x) } unknownname "));

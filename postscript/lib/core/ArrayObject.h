@@ -18,8 +18,9 @@ public:
 // procedure keeps its position in execIndex.
 class ArrayObject : public CompositeObject {
 public:
+    static constexpr uint32_t tag = ps_array;
     ArrayObject(VirtualMemoryObject* memory, char bracket)
-        : CompositeObject(ps_array, false, memory, new ArrayData(bracket)) {}
+        : CompositeObject(tag, false, memory, new ArrayData(bracket)) {}
     explicit ArrayObject(const ArrayObject& other)
         : CompositeObject(other), execIndex(other.execIndex) {}
 

@@ -43,6 +43,7 @@ private:
 // objects are memories too, with nothing in them.
 class VirtualMemoryObject : public PostscriptObject {
 public:
+    static constexpr uint32_t tag = ps_save;
     explicit VirtualMemoryObject(std::string name);
     ~VirtualMemoryObject() override;
 

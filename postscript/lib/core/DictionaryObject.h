@@ -45,8 +45,9 @@ public:
 
 class DictionaryObject : public CompositeObject {
 public:
+    static constexpr uint32_t tag = ps_dictionary;
     DictionaryObject(VirtualMemoryObject* memory, DictionaryData* data)
-        : CompositeObject(ps_dictionary, true, memory, data) {}
+        : CompositeObject(tag, true, memory, data) {}
     explicit DictionaryObject(const DictionaryObject& other) : CompositeObject(other) {}
 
     DictionaryData* dictionaryData() const { return static_cast<DictionaryData*>(data); }

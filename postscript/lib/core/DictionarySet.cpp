@@ -4,10 +4,11 @@
 #include "core/NameObject.h"
 
 namespace {
-DictionaryObject* newDictionary(VirtualMemoryObject* memory, const char* name,
-                                DictionaryData*& data) {
+// Held for the life of the set, whatever a program does to the stack.
+Counted<DictionaryObject> newDictionary(VirtualMemoryObject* memory, const char* name,
+                                        DictionaryData*& data) {
     data = new DictionaryData(name);
-    return new DictionaryObject(memory, data);
+    return Counted<DictionaryObject>(new DictionaryObject(memory, data));
 }
 
 const char* const dictionaryNames[] = {"systemdict", "globaldict", "userdict", "errordict"};
@@ -16,19 +17,15 @@ const char* const dictionaryNames[] = {"systemdict", "globaldict", "userdict", "
 DictionarySet::DictionarySet(MemoryRecord* memories, NameTable* names)
     : memories(memories), names(names),
       dictionaryStack(std::make_unique<ObjectStack>("Dictionary Stack")) {
-    systemDict = newDictionary(memories->globalMemory, "System", systemData);
-    globalDict = newDictionary(memories->globalMemory, "Global", globalData);
-    userDict = newDictionary(memories->localMemory, "User", userData);
-    errorDict = newDictionary(memories->localMemory, "Error", errorData);
+    systemDict = newDictionary(memories->globalMemory.get(), "System", systemData);
+    globalDict = newDictionary(memories->globalMemory.get(), "Global", globalData);
+    userDict = newDictionary(memories->localMemory.get(), "User", userData);
+    errorDict = newDictionary(memories->localMemory.get(), "Error", errorData);
     DictionaryData* fontData = nullptr;
-    fontDirectory = newDictionary(memories->globalMemory, "Font", fontData);
-    addReference(fontDirectory);
-    push(systemDict);
-    push(globalDict);
-    push(userDict);
-    // Held for the life of the set, whatever a program does to the stack.
-    for (DictionaryObject* held : {systemDict, globalDict, userDict, errorDict})
-        addReference(held);
+    fontDirectory = newDictionary(memories->globalMemory.get(), "Font", fontData);
+    push(systemDict.get());
+    push(globalDict.get());
+    push(userDict.get());
 }
 
 DictionarySet::~DictionarySet() {
@@ -38,8 +35,6 @@ DictionarySet::~DictionarySet() {
     for (const char* name : dictionaryNames)
         systemData->remove(name);
     dictionaryStack.reset();
-    for (DictionaryObject* held : {systemDict, globalDict, userDict, errorDict, fontDirectory})
-        releaseReference(held);
 }
 
 void DictionarySet::push(PostscriptObject* dictionary) {

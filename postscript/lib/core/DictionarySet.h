@@ -42,15 +42,15 @@ public:
     std::vector<std::string> generatedNames;
 
     DictionaryData* systemData;
-    DictionaryObject* systemDict;
+    Counted<DictionaryObject> systemDict;
     DictionaryData* globalData;
-    DictionaryObject* globalDict;
+    Counted<DictionaryObject> globalDict;
     DictionaryData* userData;
-    DictionaryObject* userDict;
+    Counted<DictionaryObject> userDict;
     DictionaryData* errorData;
-    DictionaryObject* errorDict;
+    Counted<DictionaryObject> errorDict;
     MemoryRecord* memories;
     NameTable* names;
-    DictionaryObject* fontDirectory;
+    Counted<DictionaryObject> fontDirectory;
     std::unique_ptr<ObjectStack> dictionaryStack;
 };

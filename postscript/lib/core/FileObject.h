@@ -10,8 +10,9 @@ public:
 
 class FileObject : public CompositeObject {
 public:
+    static constexpr uint32_t tag = ps_file;
     FileObject(VirtualMemoryObject* memory, FileData* data)
-        : CompositeObject(ps_file, true, memory, data) {}
+        : CompositeObject(tag, true, memory, data) {}
     explicit FileObject(const FileObject& other) : CompositeObject(other) {}
 
     PostscriptObject* clone(VirtualMemoryObject*) const override { return new FileObject(*this); }

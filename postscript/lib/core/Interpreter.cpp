@@ -15,21 +15,19 @@ Interpreter::Interpreter()
       executionStack(std::make_unique<ObjectStack>("Execution Stack")),
       deferredExecutionStack(std::make_unique<ObjectStack>("Deferred execution stack")),
       memory(std::make_unique<MemoryRecord>()) {
-    memory->localMemory = new VirtualMemoryObject("Local Memory");
-    memory->globalMemory = new VirtualMemoryObject("Global Memory");
-    addReference(memory->localMemory);
-    addReference(memory->globalMemory);
-    memory->currentMemory = memory->localMemory;
+    memory->localMemory.reset(new VirtualMemoryObject("Local Memory"));
+    memory->globalMemory.reset(new VirtualMemoryObject("Global Memory"));
+    memory->currentMemory = memory->localMemory.get();
     dictionaries = std::make_unique<DictionarySet>(memory.get(), &names);
     parser = std::make_unique<Parser>(memory.get(), dictionaries.get(), &names);
 }
 
 void Interpreter::defineSystemValues() {
     DictionaryData* system = dictionaries->systemData;
-    system->putText("systemdict", dictionaries->systemDict);
-    system->putText("globaldict", dictionaries->globalDict);
-    system->putText("userdict", dictionaries->userDict);
-    system->putText("errordict", dictionaries->errorDict);
+    system->putText("systemdict", dictionaries->systemDict.get());
+    system->putText("globaldict", dictionaries->globalDict.get());
+    system->putText("userdict", dictionaries->userDict.get());
+    system->putText("errordict", dictionaries->errorDict.get());
     system->putText("languagelevel", new IntegerObject(2));
     system->putText("version", makeString("49"));
 }
@@ -41,8 +39,8 @@ Interpreter::~Interpreter() {
     parser.reset();
     dictionaries.reset();
     // Whatever is left in the memories is held by cycles only: they break them.
-    releaseReference(memory->localMemory);
-    releaseReference(memory->globalMemory);
+    memory->localMemory.reset();
+    memory->globalMemory.reset();
 }
 
 void Interpreter::run(const unsigned char* buffer, std::size_t length) {
@@ -108,19 +106,3 @@ StringObject* Interpreter::makeString(std::string_view text) {
 NameObject* Interpreter::makeName(std::string_view text, bool executable) {
     return new NameObject(names.intern(text), executable);
 }
-
-#define KEL_TYPED_POP(Helper, Class, tag)                                                          \
-    Class* Interpreter::Helper() {                                                                 \
-        return static_cast<Class*>(operandStack->popTyped(tag, #Helper));                          \
-    }
-KEL_TYPED_POP(popArrayObject, ArrayObject, ps_array)
-KEL_TYPED_POP(popBooleanObject, BooleanObject, ps_boolean)
-KEL_TYPED_POP(popDictionaryObject, DictionaryObject, ps_dictionary)
-KEL_TYPED_POP(popFileObject, FileObject, ps_file)
-KEL_TYPED_POP(popIntegerObject, IntegerObject, ps_integer)
-KEL_TYPED_POP(popMarkObject, MarkObject, ps_mark)
-KEL_TYPED_POP(popNameObject, NameObject, ps_name)
-KEL_TYPED_POP(popNullObject, NullObject, ps_null)
-KEL_TYPED_POP(popRealObject, RealObject, ps_real)
-KEL_TYPED_POP(popStringObject, StringObject, ps_string)
-#undef KEL_TYPED_POP

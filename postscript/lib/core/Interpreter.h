@@ -23,8 +23,8 @@ class VirtualMemoryObject;
 
 // The interpreter's memories. Both real memories are counted; current is one of them.
 struct MemoryRecord {
-    VirtualMemoryObject* localMemory = nullptr;
-    VirtualMemoryObject* globalMemory = nullptr;
+    Counted<VirtualMemoryObject> localMemory;
+    Counted<VirtualMemoryObject> globalMemory;
     VirtualMemoryObject* currentMemory = nullptr;
 };
 
@@ -55,18 +55,6 @@ public:
     StringObject* makeString(std::string_view text);
     NameObject* makeName(std::string_view text, bool executable = true);
     const NameAtom* intern(std::string_view text) { return names.intern(text); }
-
-    // Typed pops of the operand stack; a wrong type reads "Expected <type> at <helper>".
-    ArrayObject* popArrayObject();
-    BooleanObject* popBooleanObject();
-    DictionaryObject* popDictionaryObject();
-    FileObject* popFileObject();
-    IntegerObject* popIntegerObject();
-    MarkObject* popMarkObject();
-    NameObject* popNameObject();
-    NullObject* popNullObject();
-    RealObject* popRealObject();
-    StringObject* popStringObject();
 
     // Interned name texts; declared first so that it outlives every name.
     NameTable names;

@@ -57,8 +57,9 @@ private:
 // is its action.
 class NameObject : public PostscriptObject {
 public:
+    static constexpr uint32_t tag = ps_name;
     explicit NameObject(const NameAtom* atom, bool executable = true)
-        : PostscriptObject(ps_name, executable), atom(atom) {
+        : PostscriptObject(tag, executable), atom(atom) {
         ++atom->users;
     }
     ~NameObject() override { --atom->users; }

@@ -11,10 +11,6 @@
 #include <string_view>
 
 namespace {
-bool isNumber(const PostscriptObject* o) {
-    return o->type == ps_integer || o->type == ps_real;
-}
-
 int threeWay(double a, double b) {
     return (a > b) - (a < b);
 }
@@ -31,13 +27,6 @@ std::string_view cTextOf(const PostscriptObject* o) {
     return text.substr(0, text.find('\0'));
 }
 } // namespace
-
-double objectToNumber(const PostscriptObject* object) {
-    if (object && object->type == ps_real) return static_cast<const RealObject*>(object)->value;
-    if (object && object->type == ps_integer)
-        return static_cast<const IntegerObject*>(object)->value;
-    PS_THROW("Unsupported number type");
-}
 
 int32_t compareObjects(const PostscriptObject* a, const PostscriptObject* b) {
     const uint32_t ta = a->type, tb = b->type;

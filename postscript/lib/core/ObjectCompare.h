@@ -4,9 +4,6 @@
 
 #include <cstdint>
 
-// The value of an integer or real; anything else throws "Unsupported number type".
-double objectToNumber(const PostscriptObject* object);
-
 // Negative, zero or positive. Knows integers (their difference, wrapping at
 // 32 bits), reals, booleans (also against integers), and strings or names
 // among themselves; anything else throws "Unsupported type comparison".

@@ -16,14 +16,9 @@ PostscriptObject* ObjectStack::pop() {
     return object;
 }
 
-PostscriptObject* ObjectStack::popTyped(uint32_t tag, const char* who) {
-    PostscriptObject* object = items.empty() ? nullptr : pop();
-    if (!object || object->type != tag) {
-        // The wrong object is not ours to keep: free it if no one else holds it.
-        releaseIfUnreferenced(object);
-        PS_THROWF("Expected %s at %s", typeName(tag), who);
-    }
-    return object;
+void ObjectStack::wrongType(PostscriptObject* object, uint32_t tag, const char* who) {
+    releaseIfUnreferenced(object);
+    PS_THROWF("Expected %s at %s", typeName(tag), who);
 }
 
 void ObjectStack::clear() noexcept {

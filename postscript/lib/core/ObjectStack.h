@@ -15,9 +15,15 @@ public:
 
     void push(PostscriptObject* object);
     PostscriptObject* pop();
-    // pop(), then insist on the type: "Expected <type> at <who>". A wrong
-    // object is off the stack by then.
-    PostscriptObject* popTyped(uint32_t tag, const char* who);
+    // pop(), held for the length of an operator.
+    Popped<> popHeld() { return Popped<>(pop()); }
+    // pop(), then insist on T's type: "Expected <type> at <who>". A wrong
+    // object is off the stack by then, and freed unless someone holds it.
+    template <class T> Popped<T> pop(const char* who) {
+        PostscriptObject* object = items.empty() ? nullptr : pop();
+        if (!object || object->type != T::tag) wrongType(object, T::tag, who);
+        return Popped<T>(static_cast<T*>(object));
+    }
 
     // Position counted from the bottom; null outside the stack.
     PostscriptObject* at(std::size_t index) const {
@@ -32,4 +38,7 @@ public:
 
     std::vector<PostscriptObject*> items;
     const char* name;
+
+private:
+    [[noreturn]] static void wrongType(PostscriptObject* object, uint32_t tag, const char* who);
 };

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 class Interpreter;
 class VirtualMemoryObject;
@@ -77,6 +78,14 @@ inline void addReference(PostscriptObject* object) noexcept {
     if (object) ++object->refCount;
 }
 
+// The one checked downcast: the object as T when it has T's tag, else null.
+template <class T> T* objectAs(PostscriptObject* object) {
+    return object && object->type == T::tag ? static_cast<T*>(object) : nullptr;
+}
+template <class T> const T* objectAs(const PostscriptObject* object) {
+    return object && object->type == T::tag ? static_cast<const T*>(object) : nullptr;
+}
+
 // Makes a procedure runnable: an array with bracket "{" becomes executable,
 // from its first element. Anything else is left alone.
 void armProcedure(PostscriptObject* object);
@@ -84,25 +93,28 @@ void armProcedure(PostscriptObject* object);
 void disarmProcedure(PostscriptObject* object);
 bool isProcedure(const PostscriptObject* object);
 
-// Holds a popped operand for the length of an operator. It keeps a count of
-// its own, so the operand survives when the operator drops its last other
+// A counted reference: holds one count on its object while it holds it, and
+// lets go (deleting below 1) when it is reset, reassigned or destroyed. Fields
+// that keep objects hold them this way, and so do operators for what they
+// popped: the operand then survives when the operator drops its last other
 // holder (an array stored in its own element, an operator undefining itself),
-// and releases it on the way out, also when the operator throws.
-template <class T = PostscriptObject> class Popped {
+// and is released on the way out, also when the operator throws.
+template <class T = PostscriptObject> class Counted {
 public:
-    explicit Popped(T* object = nullptr) : object_(object) { addReference(object_); }
-    Popped(Popped&& other) noexcept : object_(other.object_) { other.object_ = nullptr; }
-    Popped& operator=(Popped&& other) noexcept {
-        if (this != &other) {
-            releaseReference(object_);
-            object_ = other.object_;
-            other.object_ = nullptr;
-        }
+    Counted() = default;
+    explicit Counted(T* object) : object_(object) { addReference(object_); }
+    Counted(const Counted& other) : Counted(other.object_) {}
+    Counted(Counted&& other) noexcept : object_(other.object_) { other.object_ = nullptr; }
+    template <class U> Counted(Counted<U>&& other) noexcept : object_(other.object_) {
+        other.object_ = nullptr;
+    }
+    Counted& operator=(Counted other) noexcept {
+        std::swap(object_, other.object_);
         return *this;
     }
-    Popped(const Popped&) = delete;
-    Popped& operator=(const Popped&) = delete;
-    ~Popped() { releaseReference(object_); }
+    ~Counted() { releaseReference(object_); }
+
+    void reset(T* object = nullptr) { *this = Counted(object); }
 
     T* get() const { return object_; }
     T* operator->() const { return object_; }
@@ -110,8 +122,12 @@ public:
     explicit operator bool() const { return object_ != nullptr; }
 
 private:
-    T* object_;
+    template <class U> friend class Counted;
+    T* object_ = nullptr;
 };
+
+// What an operator popped, held until it returns.
+template <class T = PostscriptObject> using Popped = Counted<T>;
 
 // Bounds the recursion of walks over nested arrays and dictionaries, which a
 // program can make cyclic: past the limit the walk fails with the message

@@ -18,8 +18,9 @@ public:
 
 class StringObject : public CompositeObject {
 public:
+    static constexpr uint32_t tag = ps_string;
     StringObject(VirtualMemoryObject* memory, std::string_view text)
-        : CompositeObject(ps_string, false, memory, new StringData(text)) {}
+        : CompositeObject(tag, false, memory, new StringData(text)) {}
     explicit StringObject(const StringObject& other) : CompositeObject(other) {}
 
     StringData* stringData() const { return static_cast<StringData*>(data); }

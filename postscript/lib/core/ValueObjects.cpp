@@ -4,6 +4,12 @@
 
 #include <cmath>
 
+double objectToNumber(const PostscriptObject* object) {
+    if (const auto* real = objectAs<RealObject>(object)) return real->value;
+    if (const auto* integer = objectAs<IntegerObject>(object)) return integer->value;
+    PS_THROW("Unsupported number type");
+}
+
 std::string IntegerObject::text(int32_t value) {
     return formatString("%d", value);
 }

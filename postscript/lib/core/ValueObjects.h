@@ -7,6 +7,7 @@
 template <class Self, class T, uint32_t Tag, bool Executable>
 class ValueObject : public PostscriptObject {
 public:
+    static constexpr uint32_t tag = Tag;
     explicit ValueObject(T value) : PostscriptObject(Tag, Executable), value(value) {}
     std::string describe() const override {
         return std::string(typeName(type)) + ' ' + Self::text(value);
@@ -40,15 +41,27 @@ public:
 
 class NullObject : public PostscriptObject {
 public:
-    NullObject() : PostscriptObject(ps_null, true) {}
+    static constexpr uint32_t tag = ps_null;
+    NullObject() : PostscriptObject(tag, true) {}
     std::string doubleEqualsText() const override { return "null"; }
     PostscriptObject* clone(VirtualMemoryObject*) const override { return new NullObject; }
 };
 
+inline bool isNumber(const PostscriptObject* object) {
+    return object->type == ps_integer || object->type == ps_real;
+}
+// The value of an object whose integer tag was checked.
+inline int32_t integerValue(const PostscriptObject* object) {
+    return static_cast<const IntegerObject*>(object)->value;
+}
+// The value of an integer or real; anything else throws "Unsupported number type".
+double objectToNumber(const PostscriptObject* object);
+
 // A mark that reaches the main loop as an object vanishes: its execute does nothing.
 class MarkObject : public PostscriptObject {
 public:
-    MarkObject() : PostscriptObject(ps_mark, true) {}
+    static constexpr uint32_t tag = ps_mark;
+    MarkObject() : PostscriptObject(tag, true) {}
     void execute(Interpreter&) override {}
     std::string doubleEqualsText() const override { return "-mark-"; }
     PostscriptObject* clone(VirtualMemoryObject*) const override { return new MarkObject; }

@@ -2,7 +2,6 @@
 
 #include "core/ArrayObject.h"
 #include "core/Interpreter.h"
-#include "core/Operands.h"
 #include "core/PostscriptException.h"
 #include "core/ValueObjects.h"
 #include "operators/IntervalOperators.h"
@@ -16,7 +15,8 @@ void LeftCurlyBraceOperator::execute(Interpreter& interpreter) {
 }
 
 void RightCurlyBraceOperator::execute(Interpreter& interpreter) {
-    Popped<> procedure(interpreter.deferredExecutionStack->popTyped(ps_array, "Mark execute"));
+    Popped<ArrayObject> procedure =
+        interpreter.deferredExecutionStack->pop<ArrayObject>("Mark execute");
     // A finished inner procedure goes into its parent, literal: nested
     // procedures are pushed, not run.
     if (!interpreter.deferredExecutionStack->empty())
@@ -28,7 +28,7 @@ void RightCurlyBraceOperator::execute(Interpreter& interpreter) {
 }
 
 void ArrayOperator::execute(Interpreter& interpreter) {
-    int32_t count = popOperand<IntegerObject>(interpreter, ps_integer, "array")->value;
+    int32_t count = interpreter.operandStack->pop<IntegerObject>("array")->value;
     if (count > largestLength) PS_THROW("Illegal length passed to array");
     Popped<ArrayObject> array(interpreter.makeArray());
     ObjectStack& items = array->items();
@@ -41,7 +41,7 @@ void ArrayOperator::execute(Interpreter& interpreter) {
 }
 
 void PackedarrayOperator::execute(Interpreter& interpreter) {
-    int32_t count = popOperand<IntegerObject>(interpreter, ps_integer, "packedarray")->value;
+    int32_t count = interpreter.operandStack->pop<IntegerObject>("packedarray")->value;
     ObjectStack& operands = *interpreter.operandStack;
     std::size_t n = count > 0 ? static_cast<std::size_t>(count) : 0;
     if (n > operands.size()) {
@@ -61,7 +61,7 @@ void PackedarrayOperator::execute(Interpreter& interpreter) {
 }
 
 void SetpackingOperator::execute(Interpreter& interpreter) {
-    popOperand<BooleanObject>(interpreter, ps_boolean, "setpacking");
+    interpreter.operandStack->pop<BooleanObject>("setpacking");
 }
 
 void CurrentpackingOperator::execute(Interpreter& interpreter) {
@@ -69,7 +69,7 @@ void CurrentpackingOperator::execute(Interpreter& interpreter) {
 }
 
 void AloadOperator::execute(Interpreter& interpreter) {
-    Popped<ArrayObject> array = popOperand<ArrayObject>(interpreter, ps_array, "aload");
+    Popped<ArrayObject> array = interpreter.operandStack->pop<ArrayObject>("aload");
     const ObjectStack& items = array->items();
     for (std::size_t i = 0; i < items.size(); ++i)
         interpreter.operandStack->push(items.items[i]);
@@ -77,10 +77,10 @@ void AloadOperator::execute(Interpreter& interpreter) {
 }
 
 void AstoreOperator::execute(Interpreter& interpreter) {
-    Popped<ArrayObject> array = popOperand<ArrayObject>(interpreter, ps_array, "astore");
+    Popped<ArrayObject> array = interpreter.operandStack->pop<ArrayObject>("astore");
     ObjectStack& items = array->items();
     for (std::size_t i = items.size(); i-- > 0;) {
-        Popped<> value = popOperand(interpreter);
+        Popped<> value = interpreter.operandStack->popHeld();
         items.setAt(i, value.get());
     }
     interpreter.operandStack->push(array.get());

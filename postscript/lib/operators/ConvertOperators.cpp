@@ -87,13 +87,12 @@ void CvrOperator::execute(Interpreter& interpreter) {
 }
 
 void CvnOperator::execute(Interpreter& interpreter) {
-    Popped<StringObject> string(
-        static_cast<StringObject*>(interpreter.operandStack->popTyped(ps_string, "cvn")));
+    Popped<StringObject> string(interpreter.operandStack->pop<StringObject>("cvn"));
     interpreter.operandStack->push(interpreter.makeName(string->cText(), string->executable));
 }
 
 void CvsOperator::execute(Interpreter& interpreter) {
-    Popped<StringObject> target(interpreter.popStringObject());
+    Popped<StringObject> target = interpreter.operandStack->pop<StringObject>("popStringObject");
     Popped<> object(interpreter.operandStack->pop());
     const std::string text = object->equalsText();
     std::string& bytes = target->text();

@@ -2,7 +2,6 @@
 
 #include "core/DictionarySet.h"
 #include "core/Interpreter.h"
-#include "core/Operands.h"
 #include "core/PostscriptException.h"
 #include "core/ValueObjects.h"
 #include "operators/OperatorRegistry.h"
@@ -18,19 +17,19 @@ DictionaryData* topDictionary(Interpreter& interpreter, const char* message) {
 } // namespace
 
 void DictOperator::execute(Interpreter& interpreter) {
-    popOperand(interpreter);
+    interpreter.operandStack->popHeld();
     interpreter.operandStack->push(interpreter.makeDictionary());
 }
 
 void MaxlengthOperator::execute(Interpreter& interpreter) {
     Popped<DictionaryObject> dictionary =
-        popOperand<DictionaryObject>(interpreter, ps_dictionary, "maxlength");
+        interpreter.operandStack->pop<DictionaryObject>("maxlength");
     auto entries = static_cast<int32_t>(dictionary->dictionaryData()->size());
     interpreter.operandStack->push(new IntegerObject(entries + 10));
 }
 
 void BeginOperator::execute(Interpreter& interpreter) {
-    Popped<> dictionary = popOperand(interpreter);
+    Popped<> dictionary = interpreter.operandStack->popHeld();
     if (dictionary->type != ps_dictionary) PS_THROW("expecting dictionary on op stack");
     interpreter.dictionaries->push(dictionary.get());
 }
@@ -40,22 +39,22 @@ void EndOperator::execute(Interpreter& interpreter) {
 }
 
 void DefOperator::execute(Interpreter& interpreter) {
-    Popped<> value = popOperand(interpreter);
-    Popped<> key = popOperand(interpreter);
+    Popped<> value = interpreter.operandStack->popHeld();
+    Popped<> key = interpreter.operandStack->popHeld();
     topDictionary(interpreter, "def - expected dictionary on dictionary stack")
         ->putObject(key.get(), value.get());
 }
 
 void LoadOperator::execute(Interpreter& interpreter) {
-    Popped<> key = popOperand(interpreter);
+    Popped<> key = interpreter.operandStack->popHeld();
     PostscriptObject* value = interpreter.dictionaries->lookup(key.get());
     if (!value) PS_THROW("Undefined name passed to load operator");
     interpreter.operandStack->push(value);
 }
 
 void StoreOperator::execute(Interpreter& interpreter) {
-    Popped<> value = popOperand(interpreter);
-    Popped<> key = popOperand(interpreter);
+    Popped<> value = interpreter.operandStack->popHeld();
+    Popped<> key = interpreter.operandStack->popHeld();
     DictionaryObject* holder = interpreter.dictionaries->findDictionaryWith(key.get());
     DictionaryData* target =
         holder ? holder->dictionaryData()
@@ -64,23 +63,22 @@ void StoreOperator::execute(Interpreter& interpreter) {
 }
 
 void UndefOperator::execute(Interpreter& interpreter) {
-    Popped<> key = popOperand(interpreter);
-    Popped<> dictionary = popOperand(interpreter);
+    Popped<> key = interpreter.operandStack->popHeld();
+    Popped<> dictionary = interpreter.operandStack->popHeld();
     if (dictionary->type != ps_dictionary) return;
     static_cast<DictionaryObject*>(dictionary.get())->dictionaryData()->remove(keyText(key.get()));
 }
 
 void WhereOperator::execute(Interpreter& interpreter) {
-    Popped<> key = popOperand(interpreter);
+    Popped<> key = interpreter.operandStack->popHeld();
     DictionaryObject* holder = interpreter.dictionaries->findDictionaryWith(key.get());
     if (holder) interpreter.operandStack->push(holder);
     interpreter.operandStack->push(new BooleanObject(holder != nullptr));
 }
 
 void KnownOperator::execute(Interpreter& interpreter) {
-    Popped<> key = popOperand(interpreter);
-    Popped<DictionaryObject> dictionary =
-        popOperand<DictionaryObject>(interpreter, ps_dictionary, "known");
+    Popped<> key = interpreter.operandStack->popHeld();
+    Popped<DictionaryObject> dictionary = interpreter.operandStack->pop<DictionaryObject>("known");
     bool found = dictionary->dictionaryData()->findKey(key.get()) != nullptr;
     interpreter.operandStack->push(new BooleanObject(found));
 }
@@ -94,8 +92,8 @@ void CleardictstackOperator::execute(Interpreter& interpreter) {
     const ObjectStack& stack = *dictionaries.dictionaryStack;
     std::size_t depth = stack.size();
     auto permanent = [&](const PostscriptObject* entry) {
-        return entry == dictionaries.systemDict || entry == dictionaries.globalDict ||
-               entry == dictionaries.userDict;
+        return entry == dictionaries.systemDict.get() || entry == dictionaries.globalDict.get() ||
+               entry == dictionaries.userDict.get();
     };
     while (depth > 0 && !permanent(stack.at(depth - 1)))
         --depth;

@@ -25,22 +25,23 @@ void ImplementedGenOps::product(Objects, Objects results) {
 
 namespace {
 
-PostscriptObject* popOperand(Interpreter& in, char code) {
+Popped<> popOperand(Interpreter& in, char code) {
+    ObjectStack& stack = *in.operandStack;
     switch (code) {
     case 'i':
-        return in.popIntegerObject();
+        return stack.pop<IntegerObject>("popIntegerObject");
     case 'b':
-        return in.popBooleanObject();
+        return stack.pop<BooleanObject>("popBooleanObject");
     case 'a':
-        return in.popArrayObject();
+        return stack.pop<ArrayObject>("popArrayObject");
     case 'd':
-        return in.popDictionaryObject();
+        return stack.pop<DictionaryObject>("popDictionaryObject");
     case 's':
-        return in.popStringObject();
+        return stack.pop<StringObject>("popStringObject");
     case 'm':
-        return in.popMarkObject();
+        return stack.pop<MarkObject>("popMarkObject");
     default:
-        return in.operandStack->pop();
+        return stack.popHeld();
     }
 }
 
@@ -73,7 +74,7 @@ void GeneratedOperator::execute(Interpreter& interpreter) {
     std::array<PostscriptObject*, most> deepestFirst{};
     std::size_t popCount = 0;
     for (const char* code = pops_; *code; ++code, ++popCount)
-        operands[popCount] = Popped<>(popOperand(interpreter, *code));
+        operands[popCount] = popOperand(interpreter, *code);
     for (std::size_t i = 0; i < popCount; ++i)
         deepestFirst[i] = operands[popCount - 1 - i].get();
 

@@ -10,8 +10,7 @@ void runChosen(Interpreter& interpreter, PostscriptObject* procedure) {
 }
 
 bool popCondition(Interpreter& interpreter, const char* who) {
-    Popped<BooleanObject> condition(
-        static_cast<BooleanObject*>(interpreter.operandStack->popTyped(ps_boolean, who)));
+    Popped<BooleanObject> condition(interpreter.operandStack->pop<BooleanObject>(who));
     return condition->value;
 }
 } // namespace

@@ -2,7 +2,6 @@
 
 #include "core/ArrayObject.h"
 #include "core/Interpreter.h"
-#include "core/Operands.h"
 #include "core/PostscriptException.h"
 #include "core/StringObject.h"
 #include "core/ValueObjects.h"
@@ -11,7 +10,7 @@
 
 namespace {
 int32_t popIndex(Interpreter& interpreter) {
-    return popOperand<IntegerObject>(interpreter, ps_integer, "popIntegerObject")->value;
+    return interpreter.operandStack->pop<IntegerObject>("popIntegerObject")->value;
 }
 
 void copyInterval(Interpreter& interpreter, const ArrayObject& source, int32_t index,
@@ -70,7 +69,7 @@ void storeInterval(StringObject& target, int32_t index, const StringObject& sour
 void GetintervalOperator::execute(Interpreter& interpreter) {
     int32_t count = popIndex(interpreter);
     int32_t index = popIndex(interpreter);
-    Popped<> source = popOperand(interpreter);
+    Popped<> source = interpreter.operandStack->popHeld();
     if (source->type == ps_array)
         copyInterval(interpreter, *static_cast<ArrayObject*>(source.get()), index, count);
     else if (source->type == ps_string)
@@ -80,9 +79,9 @@ void GetintervalOperator::execute(Interpreter& interpreter) {
 }
 
 void PutintervalOperator::execute(Interpreter& interpreter) {
-    Popped<> source = popOperand(interpreter);
+    Popped<> source = interpreter.operandStack->popHeld();
     int32_t index = popIndex(interpreter);
-    Popped<> target = popOperand(interpreter);
+    Popped<> target = interpreter.operandStack->popHeld();
     if (source->type == ps_array) {
         if (target->type != ps_array) PS_THROW("putinterval- only expecting array ");
         storeInterval(*static_cast<ArrayObject*>(target.get()), index,

@@ -3,13 +3,12 @@
 #include "core/ArrayObject.h"
 #include "core/DictionaryObject.h"
 #include "core/Interpreter.h"
-#include "core/Operands.h"
 #include "core/PostscriptException.h"
 #include "core/StringObject.h"
 #include "core/ValueObjects.h"
 
 void LengthOperator::execute(Interpreter& interpreter) {
-    Popped<> object = popOperand(interpreter);
+    Popped<> object = interpreter.operandStack->popHeld();
     std::size_t length = 0;
     switch (object->type) {
     case ps_string:

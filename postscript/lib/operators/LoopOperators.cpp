@@ -21,10 +21,6 @@ void pushTurn(Interpreter& interpreter, NameObject* context, PostscriptObject* p
     armProcedure(proc);
 }
 
-bool isNumber(const PostscriptObject* object) {
-    return object->type == ps_integer || object->type == ps_real;
-}
-
 bool isLoopContext(std::string_view text) {
     // Names of the language's looping operators, also those that have no
     // context here: the text is all that is compared.
@@ -39,12 +35,6 @@ bool isLoopContext(std::string_view text) {
 
 } // namespace
 
-PostscriptObject* takeOperand(Interpreter& interpreter) {
-    PostscriptObject* object = interpreter.operandStack->pop();
-    addReference(object);
-    return object;
-}
-
 void unwindExecutionStack(Interpreter& interpreter, bool (*isTarget)(std::string_view text)) {
     for (;;) {
         Popped<> entry(interpreter.executionStack->pop());
@@ -54,14 +44,6 @@ void unwindExecutionStack(Interpreter& interpreter, bool (*isTarget)(std::string
     }
 }
 
-ForOperator::~ForOperator() {
-    releaseReference(control);
-    releaseReference(proc);
-    releaseReference(limit);
-    releaseReference(increment);
-    releaseReference(initial);
-}
-
 void ForOperator::execute(Interpreter& interpreter) {
     if (control) {
         advance();
@@ -69,37 +51,37 @@ void ForOperator::execute(Interpreter& interpreter) {
         return;
     }
     Popped<ForOperator> context(new ForOperator(atom));
-    context->proc = takeOperand(interpreter);
-    context->limit = takeOperand(interpreter);
-    context->increment = takeOperand(interpreter);
-    context->initial = takeOperand(interpreter);
-    const PostscriptObject* first = context->initial;
+    ObjectStack& operands = *interpreter.operandStack;
+    context->proc = operands.popHeld();
+    context->limit = operands.popHeld();
+    context->increment = operands.popHeld();
+    context->initial = operands.popHeld();
+    const PostscriptObject* first = context->initial.get();
     // One real among the three makes the whole loop count in reals.
     const bool anyReal = context->limit->type == ps_real || context->increment->type == ps_real ||
                          first->type == ps_real;
     if (!anyReal || first->type == ps_real)
-        context->control = first->clone(interpreter.memory->currentMemory);
+        context->control.reset(first->clone(interpreter.memory->currentMemory));
     else if (first->type == ps_integer)
-        context->control = new RealObject(static_cast<const IntegerObject*>(first)->value);
+        context->control.reset(new RealObject(integerValue(first)));
     else
         PS_THROW("Unsupported number type in initial for loop value");
-    addReference(context->control);
-    if (!isNumber(context->increment)) PS_THROW("Unsupported increment type in for loop");
-    context->ascending = objectToNumber(context->increment) >= 0;
+    if (!isNumber(context->increment.get())) PS_THROW("Unsupported increment type in for loop");
+    context->ascending = objectToNumber(context->increment.get()) >= 0;
     context->step(interpreter);
 }
 
 void ForOperator::advance() {
     if (control->type == ps_integer) {
-        auto* value = static_cast<IntegerObject*>(control);
+        auto* value = static_cast<IntegerObject*>(control.get());
         const int32_t by = increment->type == ps_integer
-                               ? static_cast<const IntegerObject*>(increment)->value
-                               : numbers::truncateToInt32(objectToNumber(increment));
+                               ? integerValue(increment.get())
+                               : numbers::truncateToInt32(objectToNumber(increment.get()));
         // 32-bit arithmetic: past the largest integer the count wraps.
         value->value =
             static_cast<int32_t>(static_cast<uint32_t>(value->value) + static_cast<uint32_t>(by));
     } else if (control->type == ps_real) {
-        static_cast<RealObject*>(control)->value += objectToNumber(increment);
+        static_cast<RealObject*>(control.get())->value += objectToNumber(increment.get());
     } else {
         // Not a PostscriptException: the export answers it with no error text.
         throw std::runtime_error("Unsupported type in addXtoY");
@@ -107,14 +89,14 @@ void ForOperator::advance() {
 }
 
 void ForOperator::step(Interpreter& interpreter) {
-    const int32_t order = compareObjects(control, limit);
+    const int32_t order = compareObjects(control.get(), limit.get());
     if (ascending ? order >= 0 : order <= 0) return;
-    pushTurn(interpreter, this, proc);
+    pushTurn(interpreter, this, proc.get());
     interpreter.operandStack->push(control->clone(interpreter.memory->currentMemory));
 }
 
 void ForallOperator::start(Interpreter& interpreter) {
-    composite = takeOperand(interpreter);
+    composite = interpreter.operandStack->popHeld();
     turn(interpreter);
 }
 
@@ -124,51 +106,50 @@ void ForallOperator::turn(Interpreter& interpreter) {
     Popped<> element;
     switch (composite->type) {
     case ps_array: {
-        const ObjectStack& items = static_cast<ArrayObject*>(composite)->items();
+        const ObjectStack& items = static_cast<ArrayObject*>(composite.get())->items();
         if (position >= items.size()) return;
-        element = Popped<>(items.items[position]);
+        element.reset(items.items[position]);
         break;
     }
     case ps_string: {
-        const std::string& text = static_cast<StringObject*>(composite)->text();
+        const std::string& text = static_cast<StringObject*>(composite.get())->text();
         if (position >= text.size()) return;
-        element = Popped<>(new IntegerObject(static_cast<signed char>(text[position])));
+        element.reset(new IntegerObject(static_cast<signed char>(text[position])));
         break;
     }
     case ps_dictionary: {
         const DictionaryData::Map& entries =
-            static_cast<DictionaryObject*>(composite)->dictionaryData()->entries;
+            static_cast<DictionaryObject*>(composite.get())->dictionaryData()->entries;
         if (position >= entries.size()) return;
         // By position from the first entry: a dictionary changed meanwhile
         // shifts what the remaining turns see.
         const auto entry = std::next(entries.begin(), cursor);
-        key = Popped<>(interpreter.makeName(entry->first));
-        element = Popped<>(entry->second);
+        key.reset(interpreter.makeName(entry->first));
+        element.reset(entry->second);
         break;
     }
     default:
         PS_THROW("Unsupported forall elements param");
     }
-    pushTurn(interpreter, this, proc);
+    pushTurn(interpreter, this, proc.get());
     if (key) interpreter.operandStack->push(key.get());
     interpreter.operandStack->push(element.get());
     ++cursor;
 }
 
 void LoopOperator::turn(Interpreter& interpreter) {
-    pushTurn(interpreter, this, proc);
+    pushTurn(interpreter, this, proc.get());
 }
 
 void RepeatOperator::start(Interpreter& interpreter) {
-    Popped<IntegerObject> count(
-        static_cast<IntegerObject*>(interpreter.operandStack->popTyped(ps_integer, "repeat")));
+    Popped<IntegerObject> count(interpreter.operandStack->pop<IntegerObject>("repeat"));
     remaining = count->value;
     turn(interpreter);
 }
 
 void RepeatOperator::turn(Interpreter& interpreter) {
     if (remaining <= 0) return;
-    pushTurn(interpreter, this, proc);
+    pushTurn(interpreter, this, proc.get());
     --remaining;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Interpreter.h"
 #include "operators/OperatorClass.h"
 
 #include <string_view>
@@ -7,11 +8,9 @@
 // A loop runs as a context on the execution stack: a fresh instance of its
 // operator's class, under its procedure, that takes another turn each time it
 // comes up. The instance in systemdict has its first field empty and makes
-// the context. Contexts hold their fields as counted references.
-
-// Pops an operand into a context's field: counted from the moment it is off
-// the stack, so that a context that fails half-made frees it.
-PostscriptObject* takeOperand(Interpreter& interpreter);
+// the context. Contexts hold their fields as counted references, taken from
+// the moment an operand is off the stack, so that a context that fails
+// half-made frees them.
 
 // A context whose first field is its procedure. The instance in systemdict
 // makes the context, which takes the procedure and then, in start(), the rest
@@ -19,52 +18,49 @@ PostscriptObject* takeOperand(Interpreter& interpreter);
 template <class Context> class ProcedureContext : public NameObject {
 public:
     using NameObject::NameObject;
-    ~ProcedureContext() override { releaseReference(proc); }
     void execute(Interpreter& interpreter) final {
         if (proc) {
             static_cast<Context*>(this)->turn(interpreter);
             return;
         }
         Popped<Context> context(new Context(atom));
-        context->proc = takeOperand(interpreter);
+        context->proc = interpreter.operandStack->popHeld();
         context->start(interpreter);
     }
 
 protected:
-    PostscriptObject* proc = nullptr;
+    Counted<> proc;
 };
 
 // initial increment limit proc for -   the limit itself is never reached
 class ForOperator : public NameObject {
 public:
     using NameObject::NameObject;
-    ~ForOperator() override;
     void execute(Interpreter& interpreter) override;
 
 private:
     void advance();
     void step(Interpreter& interpreter);
 
-    PostscriptObject* control = nullptr; // changed in place
-    PostscriptObject* proc = nullptr;
-    PostscriptObject* limit = nullptr;
-    PostscriptObject* increment = nullptr;
+    Counted<> control; // changed in place
+    Counted<> proc;
+    Counted<> limit;
+    Counted<> increment;
     bool ascending = true;
-    PostscriptObject* initial = nullptr;
+    Counted<> initial;
 };
 
 // array|string|dict proc forall -
 class ForallOperator : public ProcedureContext<ForallOperator> {
 public:
     using ProcedureContext::ProcedureContext;
-    ~ForallOperator() override { releaseReference(composite); }
 
 private:
     friend ProcedureContext;
     void start(Interpreter& interpreter);
     void turn(Interpreter& interpreter);
 
-    PostscriptObject* composite = nullptr;
+    Counted<> composite;
     int32_t cursor = 0;
 };
 

@@ -17,10 +17,6 @@ namespace {
 constexpr double pi = 3.1415926535;
 constexpr int32_t lowestInteger = std::numeric_limits<int32_t>::min();
 
-int32_t integerValue(const PostscriptObject* object) {
-    return static_cast<const IntegerObject*>(object)->value;
-}
-
 double realValue(const PostscriptObject* object) {
     return static_cast<const RealObject*>(object)->value;
 }
@@ -67,9 +63,6 @@ void MathOperator::execute(Interpreter& interpreter) {
     ObjectStack& stack = *interpreter.operandStack;
     Popped<> second(stack.pop());
     Popped<> first(stack.pop());
-    auto isNumber = [](const PostscriptObject* o) {
-        return o->type == ps_integer || o->type == ps_real;
-    };
     PostscriptObject* result;
     if (first->type == ps_integer && second->type == ps_integer) {
         firstInteger = integerValue(first.get());

@@ -3,20 +3,15 @@
 #include "core/ArrayObject.h"
 #include "core/DictionaryObject.h"
 #include "core/Interpreter.h"
-#include "core/Operands.h"
 #include "core/PostscriptException.h"
 #include "core/StringObject.h"
 #include "core/ValueObjects.h"
 
-namespace {
-int32_t integerValue(const PostscriptObject* object) {
-    return static_cast<const IntegerObject*>(object)->value;
-}
-} // namespace
+namespace {} // namespace
 
 void GetOperator::execute(Interpreter& interpreter) {
-    Popped<> index = popOperand(interpreter);
-    Popped<> composite = popOperand(interpreter);
+    Popped<> index = interpreter.operandStack->popHeld();
+    Popped<> composite = interpreter.operandStack->popHeld();
     PostscriptObject* found = nullptr;
     switch (composite->type) {
     case ps_dictionary:
@@ -54,9 +49,9 @@ void GetOperator::execute(Interpreter& interpreter) {
 }
 
 void PutOperator::execute(Interpreter& interpreter) {
-    Popped<> value = popOperand(interpreter);
-    Popped<> index = popOperand(interpreter);
-    Popped<> composite = popOperand(interpreter);
+    Popped<> value = interpreter.operandStack->popHeld();
+    Popped<> index = interpreter.operandStack->popHeld();
+    Popped<> composite = interpreter.operandStack->popHeld();
     switch (composite->type) {
     case ps_dictionary:
         if (index->type != ps_name) break;

@@ -19,10 +19,6 @@ std::optional<std::size_t> topmostMark(const ObjectStack& stack) {
     return std::nullopt;
 }
 
-int32_t integerValue(const PostscriptObject* object) {
-    return static_cast<const IntegerObject*>(object)->value;
-}
-
 // n copy: clones of the top n objects, deepest first.
 void copyTopObjects(Interpreter& interpreter, int32_t n) {
     if (n <= 0) return;

@@ -12,9 +12,10 @@ void StoppedOperator::turn(Interpreter& interpreter) {
 // The context is in place before the check, and stays there when it fails.
 void StoppedOperator::start(Interpreter& interpreter) {
     interpreter.executionStack->push(this);
-    armProcedure(proc);
-    if (!isProcedure(proc) && proc->type != ps_name) PS_THROW("Unsupported param type to stopped");
-    interpreter.executionStack->push(proc);
+    armProcedure(proc.get());
+    if (!isProcedure(proc.get()) && proc->type != ps_name)
+        PS_THROW("Unsupported param type to stopped");
+    interpreter.executionStack->push(proc.get());
 }
 
 void StopOperator::execute(Interpreter& interpreter) {

@@ -1,7 +1,6 @@
 #include "operators/StringOperators.h"
 
 #include "core/Interpreter.h"
-#include "core/Operands.h"
 #include "core/PostscriptException.h"
 #include "core/StringObject.h"
 #include "core/ValueObjects.h"
@@ -9,7 +8,7 @@
 #include "operators/OperatorRegistry.h"
 
 void StringOperator::execute(Interpreter& interpreter) {
-    int32_t length = popOperand<IntegerObject>(interpreter, ps_integer, "length of string")->value;
+    int32_t length = interpreter.operandStack->pop<IntegerObject>("length of string")->value;
     if (length < 0 || length > largestLength) PS_THROW("Illegal length passed to string");
     Popped<StringObject> string(interpreter.makeString(std::string_view()));
     string->text().assign(static_cast<std::size_t>(length), '\0');
@@ -17,9 +16,8 @@ void StringOperator::execute(Interpreter& interpreter) {
 }
 
 void AnchorsearchOperator::execute(Interpreter& interpreter) {
-    Popped<StringObject> seek = popOperand<StringObject>(interpreter, ps_string, "popStringObject");
-    Popped<StringObject> string =
-        popOperand<StringObject>(interpreter, ps_string, "popStringObject");
+    Popped<StringObject> seek = interpreter.operandStack->pop<StringObject>("popStringObject");
+    Popped<StringObject> string = interpreter.operandStack->pop<StringObject>("popStringObject");
     std::string& text = string->text();
     const std::size_t length = seek->text().size(); // seek may share the body
     bool match = length <= text.size() && text.compare(0, length, seek->text()) == 0;
