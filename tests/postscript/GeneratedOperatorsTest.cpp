@@ -4,7 +4,7 @@
 #include "core/StringObject.h"
 #include "core/ValueObjects.h"
 #include "operators/GeneratedOps.h"
-#include "operators/OperatorRegistry.h"
+#include "operators/LanguageOperators.h"
 
 #include <algorithm>
 #include <set>

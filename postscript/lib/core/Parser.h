@@ -38,7 +38,6 @@ public:
     unsigned char nextChar();
     void skipChar();
     void backChar();
-    bool hasChars() const { return cursor < end; }
 
     const unsigned char* cursor = nullptr;
     const unsigned char* begin = nullptr;

@@ -1,13 +1,9 @@
-#include "operators/ArrayOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/ArrayObject.h"
 #include "core/Interpreter.h"
 #include "core/PostscriptException.h"
 #include "core/ValueObjects.h"
-#include "operators/IntervalOperators.h"
-#include "operators/LengthOperators.h"
-#include "operators/OperatorRegistry.h"
-#include "operators/PutOperator.h"
 
 void LeftCurlyBraceOperator::execute(Interpreter& interpreter) {
     interpreter.deferredExecutionStack->push(
@@ -84,19 +80,4 @@ void AstoreOperator::execute(Interpreter& interpreter) {
         items.setAt(i, value.get());
     }
     interpreter.operandStack->push(array.get());
-}
-
-void addArrayOperators(OperatorFactories& factories) {
-    factories.add<LeftCurlyBraceOperator>("{");
-    factories.add<RightCurlyBraceOperator>("}");
-    factories.add<ArrayOperator>("array");
-    factories.add<PackedarrayOperator>("packedarray");
-    factories.add<SetpackingOperator>("setpacking");
-    factories.add<CurrentpackingOperator>("currentpacking");
-    factories.add<AloadOperator>("aload");
-    factories.add<AstoreOperator>("astore");
-    factories.add<GetOperator>("get");
-    factories.add<PutOperator>("put");
-    factories.add<GetintervalOperator>("getinterval");
-    factories.add<PutintervalOperator>("putinterval");
 }

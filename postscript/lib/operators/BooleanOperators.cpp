@@ -1,10 +1,9 @@
-#include "operators/BooleanOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/Interpreter.h"
 #include "core/PostscriptException.h"
 #include "core/ValueObjects.h"
 #include "operators/MathOperators.h"
-#include "operators/OperatorRegistry.h"
 
 namespace {
 
@@ -65,14 +64,4 @@ void FalseOperator::execute(Interpreter& interpreter) {
 
 void NullOperator::execute(Interpreter& interpreter) {
     interpreter.executionStack->push(new NullObject);
-}
-
-void addBooleanOperators(OperatorFactories& factories) {
-    factories.add<NotOperator>("not");
-    factories.add<AndOperator>("and");
-    factories.add<OrOperator>("or");
-    factories.add<XOrOperator>("xor");
-    factories.add<TrueOperator>("true");
-    factories.add<FalseOperator>("false");
-    factories.add<NullOperator>("null");
 }

@@ -1,10 +1,9 @@
 #include "operators/ComparisonOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/Interpreter.h"
 #include "core/ObjectCompare.h"
 #include "core/ValueObjects.h"
-#include "operators/BooleanOperators.h"
-#include "operators/OperatorRegistry.h"
 
 void Comparer::execute(Interpreter& interpreter) {
     Popped<> second(interpreter.operandStack->pop());
@@ -30,14 +29,4 @@ bool LeOperator::holds(const PostscriptObject* a, const PostscriptObject* b) con
 }
 bool LtOperator::holds(const PostscriptObject* a, const PostscriptObject* b) const {
     return compareObjects(a, b) < 0;
-}
-
-void addComparisonOperators(OperatorFactories& factories) {
-    factories.add<EqOperator>("eq");
-    factories.add<NeOperator>("ne");
-    factories.add<GeOperator>("ge");
-    factories.add<GtOperator>("gt");
-    factories.add<LeOperator>("le");
-    factories.add<LtOperator>("lt");
-    addBooleanOperators(factories);
 }

@@ -21,21 +21,3 @@ protected:
     protected:                                                                                     \
         bool holds(const PostscriptObject* a, const PostscriptObject* b) const override;           \
     }
-
-// any1 any2 eq bool    deep for arrays and dictionaries
-KEL_COMPARISON_OPERATOR(EqOperator);
-
-// any1 any2 ne bool
-KEL_COMPARISON_OPERATOR(NeOperator);
-
-// any1 any2 ge bool
-KEL_COMPARISON_OPERATOR(GeOperator);
-
-// any1 any2 gt bool
-KEL_COMPARISON_OPERATOR(GtOperator);
-
-// any1 any2 le bool
-KEL_COMPARISON_OPERATOR(LeOperator);
-
-// any1 any2 lt bool
-KEL_COMPARISON_OPERATOR(LtOperator);

@@ -1,4 +1,4 @@
-#include "operators/ConvertOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/Interpreter.h"
 #include "core/NumberUtils.h"
@@ -6,7 +6,6 @@
 #include "core/PostscriptException.h"
 #include "core/StringObject.h"
 #include "core/ValueObjects.h"
-#include "operators/OperatorRegistry.h"
 
 namespace {
 
@@ -103,16 +102,4 @@ void CvsOperator::execute(Interpreter& interpreter) {
         if (i < bytes.size()) bytes[i] = text[i];
     }
     interpreter.operandStack->push(interpreter.makeString(std::string_view(text)));
-}
-
-void addConvertOperators(OperatorFactories& factories) {
-    factories.add<TypeOperator>("type");
-    factories.add<CvxOperator>("cvx");
-    factories.add<XcheckOperator>("xcheck");
-    factories.add<ReadonlyOperator>("readonly");
-    factories.add<BindOperator>("bind");
-    factories.add<CviOperator>("cvi");
-    factories.add<CvrOperator>("cvr");
-    factories.add<CvnOperator>("cvn");
-    factories.add<CvsOperator>("cvs");
 }

@@ -1,10 +1,9 @@
-#include "operators/DictionaryOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/DictionarySet.h"
 #include "core/Interpreter.h"
 #include "core/PostscriptException.h"
 #include "core/ValueObjects.h"
-#include "operators/OperatorRegistry.h"
 
 namespace {
 // Nothing but begin puts an object on the dictionary stack, so its top, when
@@ -100,19 +99,4 @@ void CleardictstackOperator::execute(Interpreter& interpreter) {
     dictionaries.popTo(depth);
     // With none of the three left, the pops run off the bottom.
     if (depth == 0) PS_THROW("pop - expected item on stack");
-}
-
-void addDictionaryOperators(OperatorFactories& factories) {
-    factories.add<DictOperator>("dict");
-    factories.add<MaxlengthOperator>("maxlength");
-    factories.add<BeginOperator>("begin");
-    factories.add<EndOperator>("end");
-    factories.add<DefOperator>("def");
-    factories.add<LoadOperator>("load");
-    factories.add<StoreOperator>("store");
-    factories.add<UndefOperator>("undef");
-    factories.add<WhereOperator>("where");
-    factories.add<KnownOperator>("known");
-    factories.add<CurrentdictOperator>("currentdict");
-    factories.add<CleardictstackOperator>("cleardictstack");
 }

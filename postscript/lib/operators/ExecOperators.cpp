@@ -1,4 +1,4 @@
-#include "operators/ExecOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/Interpreter.h"
 #include "core/PostscriptException.h"

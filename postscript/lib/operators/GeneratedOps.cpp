@@ -9,6 +9,7 @@
 #include "core/ValueObjects.h"
 
 #include <array>
+#include <string_view>
 
 void ImplementedGenOps::countdictstack(Objects, Objects results) {
     static_cast<IntegerObject*>(results[0])->value =
@@ -40,7 +41,7 @@ Popped<> popOperand(Interpreter& in, char code) {
         return stack.pop<StringObject>("popStringObject");
     case 'm':
         return stack.pop<MarkObject>("popMarkObject");
-    default:
+    default: // 'x'
         return stack.popHeld();
     }
 }
@@ -61,10 +62,20 @@ PostscriptObject* makeDefault(Interpreter& in, char code) {
         return new MarkObject;
     case 'n':
         return in.makeName("", true);
-    default:
+    default: // 'r'
         return new RealObject(0.0);
     }
 }
+
+// Every code of a row is one the table knows: a slip fails the build instead
+// of becoming a plain pop or a real 0.0.
+constexpr bool onlyCodes(std::string_view codes, std::string_view known) {
+    for (char code : codes)
+        if (known.find(code) == std::string_view::npos) return false;
+    return true;
+}
+constexpr std::string_view popCodes = "ibadsmx";
+constexpr std::string_view pushCodes = "irbADSmn";
 
 } // namespace
 
@@ -94,6 +105,8 @@ namespace {
 #define KEL_GENERATED_CLASS(name, Stem, method, pops, pushes)                                      \
     static_assert(sizeof(pops) <= GeneratedOperator::mostObjects + 1);                             \
     static_assert(sizeof(pushes) <= GeneratedOperator::mostObjects + 1);                           \
+    static_assert(onlyCodes(pops, popCodes), "unknown pop code for " name);                        \
+    static_assert(onlyCodes(pushes, pushCodes), "unknown push code for " name);                    \
     class Stem##GeneratedOp : public GeneratedOperator {                                           \
     public:                                                                                        \
         Stem##GeneratedOp(const NameAtom* atom, GeneratedOps& ops)                                 \

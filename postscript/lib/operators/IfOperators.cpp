@@ -1,4 +1,4 @@
-#include "operators/IfOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/Interpreter.h"
 #include "core/ValueObjects.h"

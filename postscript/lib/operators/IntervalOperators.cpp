@@ -1,4 +1,4 @@
-#include "operators/IntervalOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/ArrayObject.h"
 #include "core/Interpreter.h"

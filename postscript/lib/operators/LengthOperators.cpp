@@ -1,4 +1,4 @@
-#include "operators/LengthOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/ArrayObject.h"
 #include "core/DictionaryObject.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/Interpreter.h"
-#include "operators/OperatorClass.h"
+#include "operators/LanguageOperators.h"
 
 #include <string_view>
 
@@ -87,9 +87,6 @@ private:
 
     int32_t remaining = 0;
 };
-
-// - exit -   leaves the innermost looping context
-KEL_OPERATOR(ExitOperator);
 
 // Pops the execution stack down to and including the first name whose text
 // isTarget accepts, disarming procedures on the way. Running out of entries

@@ -1,11 +1,11 @@
 #include "operators/MathOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/Interpreter.h"
 #include "core/NumberUtils.h"
 #include "core/ObjectCompare.h"
 #include "core/PostscriptException.h"
 #include "core/ValueObjects.h"
-#include "operators/OperatorRegistry.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -177,22 +177,4 @@ void AtanOperator::execute(Interpreter& interpreter) {
     Popped<> num(interpreter.operandStack->pop());
     double angle = std::atan2(objectToNumber(num.get()), objectToNumber(den.get()));
     interpreter.operandStack->push(new RealObject(angle * 180.0 / pi));
-}
-
-void addMathOperators(OperatorFactories& factories) {
-    factories.add<AddOperator>("add");
-    factories.add<SubOperator>("sub");
-    factories.add<MulOperator>("mul");
-    factories.add<DivOperator>("div");
-    factories.add<IdivOperator>("idiv");
-    factories.add<ModOperator>("mod");
-    factories.add<AbsOperator>("abs");
-    factories.add<NegOperator>("neg");
-    factories.add<CeilingOperator>("ceiling");
-    factories.add<FloorOperator>("floor");
-    factories.add<RoundOperator>("round");
-    factories.add<SqrtOperator>("sqrt");
-    factories.add<AtanOperator>("atan");
-    factories.add<CosOperator>("cos");
-    factories.add<SinOperator>("sin");
 }

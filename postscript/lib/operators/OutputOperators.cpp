@@ -1,7 +1,6 @@
-#include "operators/OutputOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/Interpreter.h"
-#include "operators/OperatorRegistry.h"
 
 void EqualsOperator::execute(Interpreter& interpreter) {
     Popped<> object(interpreter.operandStack->pop());
@@ -21,10 +20,4 @@ void StackOperator::execute(Interpreter& interpreter) {
         interpreter.appendStdout((*it)->doubleEqualsText());
         interpreter.appendStdout("\n");
     }
-}
-
-void addOutputOperators(OperatorFactories& factories) {
-    factories.add<StackOperator>("stack");
-    factories.add<EqualsOperator>("=");
-    factories.add<DoubleEqualsOperator>("==");
 }

@@ -1,4 +1,4 @@
-#include "operators/PutOperator.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/ArrayObject.h"
 #include "core/DictionaryObject.h"

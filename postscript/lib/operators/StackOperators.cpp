@@ -1,11 +1,11 @@
 #include "operators/StackOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/ArrayObject.h"
 #include "core/DictionaryObject.h"
 #include "core/Interpreter.h"
 #include "core/PostscriptException.h"
 #include "core/ValueObjects.h"
-#include "operators/OperatorRegistry.h"
 
 #include <algorithm>
 #include <optional>
@@ -166,20 +166,4 @@ void CounttomarkOperator::execute(Interpreter& interpreter) {
     const std::optional<std::size_t> mark = topmostMark(operands);
     const std::size_t count = mark ? operands.size() - *mark - 1 : operands.size();
     operands.push(new IntegerObject(static_cast<int32_t>(count)));
-}
-
-void addStackOperators(OperatorFactories& factories) {
-    factories.add<LeftSquareBracketOperator>("[");
-    factories.add<RightSquareBracketOperator>("]");
-    factories.add<MarkOperator>("mark");
-    factories.add<CleartomarkOperator>("cleartomark");
-    factories.add<CounttomarkOperator>("counttomark");
-    factories.add<PopOperator>("pop");
-    factories.add<DupOperator>("dup");
-    factories.add<ClearOperator>("clear");
-    factories.add<CountOperator>("count");
-    factories.add<ExchOperator>("exch");
-    factories.add<RollOperator>("roll");
-    factories.add<IndexOperator>("index");
-    factories.add<CopyOperator>("copy");
 }

@@ -13,6 +13,3 @@ private:
     void start(Interpreter& interpreter);
     void turn(Interpreter& interpreter);
 };
-
-// - stop -   leaves the innermost stopped context, which answers true
-KEL_OPERATOR(StopOperator);

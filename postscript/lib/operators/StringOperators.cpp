@@ -1,11 +1,9 @@
-#include "operators/StringOperators.h"
+#include "operators/LanguageOperators.h"
 
 #include "core/Interpreter.h"
 #include "core/PostscriptException.h"
 #include "core/StringObject.h"
 #include "core/ValueObjects.h"
-#include "operators/LengthOperators.h"
-#include "operators/OperatorRegistry.h"
 
 void StringOperator::execute(Interpreter& interpreter) {
     int32_t length = interpreter.operandStack->pop<IntegerObject>("length of string")->value;
@@ -25,10 +23,4 @@ void AnchorsearchOperator::execute(Interpreter& interpreter) {
     interpreter.operandStack->push(string.get());
     if (match) interpreter.operandStack->push(seek.get());
     interpreter.operandStack->push(new BooleanObject(match));
-}
-
-void addStringOperators(OperatorFactories& factories) {
-    factories.add<StringOperator>("string");
-    factories.add<LengthOperator>("length");
-    factories.add<AnchorsearchOperator>("anchorsearch");
 }

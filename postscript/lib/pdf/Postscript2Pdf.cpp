@@ -1,7 +1,7 @@
 #include "pdf/Postscript2Pdf.h"
 
 #include "core/PostscriptException.h"
-#include "operators/OperatorRegistry.h"
+#include "operators/LanguageOperators.h"
 #include "platform/DebugOutput.h"
 
 #include <cstring>
