@@ -132,10 +132,10 @@ class RunExports : public ::testing::TestWithParam<RunExport> {};
 
 TEST_P(RunExports, EmptyTheContentOfTheLastCall) {
     Handle h;
-    translator(h.h).contentText = "stale content";
+    translator(h.h).contentText.append("stale content");
     uint32_t n = 0xFFFFFFFFu;
     GetParam().call(h.h, "1 ", n);
-    EXPECT_EQ(translator(h.h).contentText, "");
+    EXPECT_EQ(translator(h.h).contentText.view(), "");
 }
 
 TEST_P(RunExports, FailureGivesNullKeepsTheCountAndReportsText) {

@@ -2,6 +2,7 @@
 
 #include "core/PostscriptException.h"
 #include "operators/LanguageOperators.h"
+#include "pdf/GraphicsOperators.h"
 #include "platform/DebugOutput.h"
 
 #include <cstring>
@@ -12,6 +13,7 @@ Postscript2Pdf::Postscript2Pdf(const double matrix[6]) {
     interpreter = std::make_unique<Interpreter>();
     generatedOps = std::make_unique<ImplementedGenOps>(interpreter.get());
     installLanguage(*interpreter, *generatedOps);
+    registerGraphicsOperators(*this);
 }
 
 Postscript2Pdf::~Postscript2Pdf() = default;

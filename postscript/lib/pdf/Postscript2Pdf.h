@@ -2,6 +2,7 @@
 
 #include "core/Interpreter.h"
 #include "operators/GeneratedOps.h"
+#include "pdf/ContentWriter.h"
 
 #include <cstdint>
 #include <memory>
@@ -26,5 +27,5 @@ public:
     std::unique_ptr<ImplementedGenOps> generatedOps;
     std::unique_ptr<Interpreter> interpreter;
     std::string errorText;
-    std::string contentText;
+    ContentWriter contentText;
 };
