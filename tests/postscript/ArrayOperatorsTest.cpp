@@ -26,7 +26,7 @@ INSTANTIATE_TEST_SUITE_P(Arrays, Eval, ::testing::Values(
     Case{"0 array astore ", "[]"},
     // The array stored in its own element, replaced there while only that element holds it.
     Case{"/a 1 array def a 0 a put a aload currentdict /a undef pop 5 exch astore ", "[5 ]"},
-    Case{"{ 1 2 3 } length 0 array length ", "3 0"}));
+    Case{"{ 1 2 3 } length 0 array length ", "3 0"}), testing_support::RowName());
 // clang-format on
 
 // clang-format off
@@ -52,7 +52,7 @@ INSTANTIATE_TEST_SUITE_P(ArrayGetPut, Eval, ::testing::Values(
     Case{"[ 1 2 3 4 ] dup 1 [ 8 9 ] putinterval ", "[1 8 9 4 ]"},
     Case{"[ 1 2 ] dup 0 [ 8 9 ] putinterval ", "[8 9 ]"},
     Case{"[ 1 2 ] dup 2 [] putinterval ", "[1 2 ]"},
-    Case{"putinterval ", "ERROR: pop - expected item on stack"}));
+    Case{"putinterval ", "ERROR: pop - expected item on stack"}), testing_support::RowName());
 // clang-format on
 
 // clang-format off
@@ -83,7 +83,7 @@ INSTANTIATE_TEST_SUITE_P(Arrays, Fails, ::testing::Values(
     FailCase{"7 { 1 } 0 5 putinterval ", "putinterval expected array or string", "7"},
     // astore that runs out of operands has stored the upper elements.
     FailCase{"/a 3 array def 8 9 a astore ", "pop - expected item on stack", "",
-             "a ", "[null 8 9 ]"}));
+             "a ", "[null 8 9 ]"}), testing_support::RowName());
 // clang-format on
 
 } // namespace

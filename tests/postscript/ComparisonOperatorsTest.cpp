@@ -43,7 +43,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"eq ", "ERROR: pop - expected item on stack"},
         // A cycle fails instead of overflowing the machine's stack.
         Case{"/a 1 array def a 0 a put a a eq ", "ERROR: Objects nested too deeply to compare"},
-        Case{"/a 1 array def a 0 a put a == ", "ERROR: Array nested too deeply to print"}));
+        Case{"/a 1 array def a 0 a put a == ", "ERROR: Array nested too deeply to print"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Logical, Eval,
@@ -60,13 +61,15 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"(a) (b) xor ", "ERROR: Unsupported type of param to xor"},
                       Case{"1.5 not ", "ERROR: Unsupported type of param to not"},
                       Case{"null not ", "ERROR: Unsupported type of param to not"},
-                      Case{"true and ", "ERROR: pop - expected item on stack"}));
+                      Case{"true and ", "ERROR: pop - expected item on stack"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Comparison, Fails,
     ::testing::Values(FailCase{"7 1 true or ", "Unsupported type of param to or", "7"},
                       FailCase{"7 (a) not ", "Unsupported type of param to not", "7"},
                       FailCase{"7 [1] 1 ne ", "Unsupported type comparison", "7"},
-                      FailCase{"7 /a (a) ge ", "Unsupported type comparison", "7"}));
+                      FailCase{"7 /a (a) ge ", "Unsupported type comparison", "7"}),
+    testing_support::RowName());
 
 } // namespace

@@ -19,7 +19,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"1 2 /pop load exec ", "1"},
                       // exec arms a procedure fetched as a literal, every time.
                       Case{"/p { 1 } def /p load exec /p load exec ", "1 1"},
-                      Case{"exec ", "ERROR: pop - expected item on stack"}));
+                      Case{"exec ", "ERROR: pop - expected item on stack"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     For, Eval,
@@ -42,7 +43,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"2147483000 1000 2147483647 { dup 0 lt { exit } if } for ", "2147483000"},
         Case{"0 1 10 { exit } for 5 ", "0 5"},
         Case{"1 1 3 { 1 1 3 { 0 } for } for ", "1 1 0 2 0 2 1 0 2 0"},
-        Case{"1 3 {} for ", "ERROR: pop - expected item on stack"}));
+        Case{"1 3 {} for ", "ERROR: pop - expected item on stack"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     RepeatLoopForall, Eval,
@@ -67,7 +69,8 @@ INSTANTIATE_TEST_SUITE_P(
         // A loop context leaves nothing to run when it ends.
         Case{"1 1 3 {} for 2 { } repeat [1] {} forall (a) {} forall "
              "{ exit } loop { } stopped ",
-             "1 2 1 97 false"}));
+             "1 2 1 97 false"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     ExitStopStopped, Eval,
@@ -89,7 +92,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"{ stop } exec ", "ERROR: pop - expected item on stack"},
         Case{"[1] stopped ", "ERROR: Unsupported param type to stopped"},
         // exit disarms the procedures it leaves: p is literal and starts afresh.
-        Case{"/p { 1 exit 2 } def { p } loop /p load xcheck { p } loop ", "1 false 1"}));
+        Case{"/p { 1 exit 2 } def { p } loop /p load xcheck { p } loop ", "1 false 1"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Control, Fails,
@@ -110,7 +114,8 @@ INSTANTIATE_TEST_SUITE_P(
         // on the execution stack for the next run, after what is left of its
         // procedure; also a context whose object was refused.
         FailCase{"{ pop 7 } stopped 8 ", "pop - expected item on stack", "", "9 ", "7 false 9"},
-        FailCase{"5 stopped ", "Unsupported param type to stopped", "", "", "false"}));
+        FailCase{"5 stopped ", "Unsupported param type to stopped", "", "", "false"}),
+    testing_support::RowName());
 
 // A control value that is no number but passed the comparison (a boolean
 // below an integer limit) can't be advanced: the plain failure reaches the

@@ -171,6 +171,7 @@ TEST_P(RunExports, OtherExceptionsStopAtTheExportWithoutText) {
     EXPECT_EQ(in.operandStack->size(), 2u);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RunExports, ::testing::ValuesIn(runExports));
+INSTANTIATE_TEST_SUITE_P(All, RunExports, ::testing::ValuesIn(runExports),
+                         testing_support::RowName());
 
 } // namespace

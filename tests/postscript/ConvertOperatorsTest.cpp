@@ -25,7 +25,8 @@ INSTANTIATE_TEST_SUITE_P(
         // and names in a bound procedure are looked up at each run.
         Case{"{1} readonly 5 readonly ", "[1 ] 5"}, Case{"readonly ", ""},
         Case{"{1} readonly wcheck ", "[1 ] true"}, Case{"{add} bind ", "[add ]"},
-        Case{"/p { add } bind def /add { pop pop 9 } def 1 2 p ", "9"}, Case{"bind ", ""}));
+        Case{"/p { add } bind def /add { pop pop 9 } def 1 2 p ", "9"}, Case{"bind ", ""}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Cvi, Eval,
@@ -41,7 +42,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"(1e-5) cvi ", "ERROR: Unable to convert in cvi"},
                       Case{"(1e400) cvi ", "ERROR: Unable to convert in cvi"},
                       Case{"( 5) cvi ", "ERROR: Unable to convert in cvi"},
-                      Case{"{1} cvi ", "ERROR: Unsupported conversion type for cvi"}));
+                      Case{"{1} cvi ", "ERROR: Unsupported conversion type for cvi"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Cvr, Eval,
@@ -57,7 +59,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"(1e400) cvr ", "ERROR: Unable to convert in cvr"},
         Case{"(1.5.2) cvr ", "ERROR: Unable to convert in cvr"},
         Case{"true cvr ", "ERROR: Unsupported conversion type for cvr"},
-        Case{"null cvr ", "ERROR: Unsupported conversion type for cvr"}));
+        Case{"null cvr ", "ERROR: Unsupported conversion type for cvr"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     CvnAndCvs, Eval,
@@ -77,7 +80,8 @@ INSTANTIATE_TEST_SUITE_P(
         // One byte more than the target holds is allowed.
         Case{"/t (x) def 12 t cvs t ", "(12) (1)"}, Case{"5 () cvs ", "(5)"},
         Case{"1.5 () cvs ", "ERROR: String index out of range"},
-        Case{"(x) cvs ", "ERROR: pop - expected item on stack"}));
+        Case{"(x) cvs ", "ERROR: pop - expected item on stack"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Conversion, Fails,
@@ -89,7 +93,8 @@ INSTANTIATE_TEST_SUITE_P(
                       FailCase{"7 5 6 cvs ", "Expected ps_string at popStringObject", "7 5"},
                       FailCase{"7 123 (x) cvs ", "String index out of range", "7"},
                       // The bytes written before the failure stay.
-                      FailCase{"/t (xy) def t 98765 t cvs ", "String index out of range", "(98)"}));
+                      FailCase{"/t (xy) def t 98765 t cvs ", "String index out of range", "(98)"}),
+    testing_support::RowName());
 
 // Tags that no operator tested here gives an object of.
 TEST(Type, UnmadeTagsHaveAnswers) {

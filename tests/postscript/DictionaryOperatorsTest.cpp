@@ -33,7 +33,8 @@ INSTANTIATE_TEST_SUITE_P(
              "2 true"},
         Case{"end userdict begin 1 dict begin cleardictstack countdictstack /q 1 def "
              "userdict /q known ",
-             "3 true"}));
+             "3 true"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Definitions, Eval,
@@ -66,7 +67,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"/a 1 def currentdict /a get ", "1"},
         Case{"currentdict 1 get ", "ERROR: Unsupported parameter types to get"},
         Case{"currentdict /k 5 put k ", "5"},
-        Case{"1 dict begin /a 1 def /b 2 def currentdict length end ", "2"}));
+        Case{"1 dict begin /a 1 def /b 2 def currentdict length end ", "2"}),
+    testing_support::RowName());
 
 // A key is its text: bytes in order, a shorter one first, numbers and arrays
 // by their description, a running procedure with its position.
@@ -82,7 +84,8 @@ INSTANTIATE_TEST_SUITE_P(
              "p ps_array, size=4, exec index=4"},
         // A clone keeps the position of the running procedure it was made from.
         Case{"/p { /p load dup exch pop 1 def } def p currentdict { pop } forall ",
-             "p ps_array, size=7, exec index=3"}));
+             "p ps_array, size=7, exec index=3"}),
+    testing_support::RowName());
 
 // Names are looked up anew after every change a program can make.
 INSTANTIATE_TEST_SUITE_P(
@@ -99,7 +102,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"1 dict dup begin /x 3 def x exch /x 4 put x end ", "3 4"},
                       Case{"/x 2 def 1 dict dup /x 3 put dup begin x exch 1 dict exch copy pop x "
                            "end ",
-                           "3 2"}));
+                           "3 2"}),
+    testing_support::RowName());
 
 // Operators kept in a procedure still run once "end end end" has emptied the
 // dictionary stack.
@@ -117,7 +121,8 @@ INSTANTIATE_TEST_SUITE_P(
         // A refilled stack takes definitions and empties again.
         Case{"1 dict dup { //end //end //end //begin /k 1 //def //end /k //get //countdictstack } "
              "exec ",
-             "1 0"}));
+             "1 0"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Dictionaries, Fails,
@@ -135,7 +140,8 @@ INSTANTIATE_TEST_SUITE_P(
         // the rest of the procedure counts the dictionaries left.
         FailCase{"{ //end //end //end 1 //dict //begin 1 //dict //begin //cleardictstack "
                  "//countdictstack } exec ",
-                 "pop - expected item on stack", "", "", "0"}));
+                 "pop - expected item on stack", "", "", "0"}),
+    testing_support::RowName());
 
 TEST(DictionarySet, StartsWithTheStandardDictionaries) {
     Session s;

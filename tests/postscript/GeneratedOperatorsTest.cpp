@@ -113,8 +113,8 @@ INSTANTIATE_TEST_SUITE_P(
         Stub{"7 1 2 3", "inufill inueofill inustroke", "7 true"},
         Stub{"7 (s) [1] 1 2", "resourceforall", "7"}, Stub{"7 1 2 3 4", "setbbox pathforall", "7"},
         Stub{"7 1 2 (a) (b)", "widthshow", "7"}, Stub{"7 mark 1 2 3", "setcacheparams", "7"},
-        Stub{"7 1 2 (a) 3 4 (b)", "awidthshow", "7"},
-        Stub{"7 1 2 3 4 5 6", "setcachedevice", "7"}));
+        Stub{"7 1 2 (a) 3 4 (b)", "awidthshow", "7"}, Stub{"7 1 2 3 4 5 6", "setcachedevice", "7"}),
+    testing_support::RowName());
 
 // A typed pop names its helper; what was popped before it stays popped.
 INSTANTIATE_TEST_SUITE_P(
@@ -156,7 +156,8 @@ INSTANTIATE_TEST_SUITE_P(
         Stub{"7 1 1 2 3", "setcacheparams", "Expected ps_mark at popMarkObject", "7"},
         Stub{"7 mark 1 (s) 3", "setcacheparams", "Expected ps_integer at popIntegerObject",
              "7 -mark- 1"},
-        Stub{"7 1 2 3 3 4 (b)", "awidthshow", "Expected ps_string at popStringObject", "7 1 2"}));
+        Stub{"7 1 2 3 3 4 (b)", "awidthshow", "Expected ps_string at popStringObject", "7 1 2"}),
+    testing_support::RowName());
 
 // The virtual of a stub gets its operands deepest first, then the results
 // already pushed.
@@ -318,6 +319,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"errordict /x 5 put x ", "(x)"},
                       // product makes a new string each time.
                       Case{"product dup 0 (X) putinterval product ",
-                           "(Xoliograph ps interpreter) (foliograph ps interpreter)"}));
+                           "(Xoliograph ps interpreter) (foliograph ps interpreter)"}),
+    testing_support::RowName());
 
 } // namespace

@@ -22,7 +22,8 @@ INSTANTIATE_TEST_SUITE_P(
         // mod takes the absolute value of the remainder.
         Case{"5 3 mod ", "2"}, Case{"-5 3 mod ", "2"}, Case{"5 -3 mod ", "2"},
         Case{"-5 -3 mod ", "2"}, Case{"6 3 mod ", "0"}, Case{"-2147483648 2 mod ", "0"},
-        Case{"-2147483647 2147483647 mod ", "0"}));
+        Case{"-2147483647 2147483647 mod ", "0"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     SingleOperand, Eval,
@@ -44,7 +45,8 @@ INSTANTIATE_TEST_SUITE_P(
                       // Infinities and the x86 default NaN print alike on every C library;
                       // abs clears the sign of a NaN.
                       Case{"1 0 div -1 0.0 div -4 sqrt ", "inf -inf -nan"},
-                      Case{"0 0 div -4 sqrt abs ", "-nan nan"}));
+                      Case{"0 0 div -4 sqrt abs ", "-nan nan"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Trigonometry, Eval,
@@ -57,7 +59,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"1.0 0 atan ", "90.000000"},
                       // With pi cut after ten decimals, 90 cos and 180 sin are not 0.
                       Case{"90 cos 1e10 mul ", "0.448966"}, Case{"180 sin 1e10 mul ", "0.897932"},
-                      Case{"1 0 atan 90 sub 1e9 mul ", "2.572378"}));
+                      Case{"1 0 atan 90 sub 1e9 mul ", "2.572378"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Arithmetic, Fails,
@@ -84,6 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
                       FailCase{"9 7 0 idiv ", "Division by zero in idiv", "9"},
                       FailCase{"9 -2147483648 -1 idiv ", "Integer overflow in idiv", "9"},
                       FailCase{"9 7 0 mod ", "Division by zero in mod", "9"},
-                      FailCase{"9 -2147483648 -1 mod ", "Integer overflow in mod", "9"}));
+                      FailCase{"9 -2147483648 -1 mod ", "Integer overflow in mod", "9"}),
+    testing_support::RowName());
 
 } // namespace

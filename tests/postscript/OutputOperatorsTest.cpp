@@ -29,7 +29,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"mark == null == /add load == /add load = 1 pstack ", "-mark-\nnull\nadd\nadd\n"},
         // stack prints top first and changes nothing.
         Case{"1 (two) /three stack stack ", "three\n(two)\n1\nthree\n(two)\n1\n"},
-        Case{"stack ", ""}));
+        Case{"stack ", ""}),
+    testing_support::RowName());
 
 // An empty buffer too clears what the last one printed.
 TEST(OutputOperators, StdoutHoldsTheLastBufferOnly) {

@@ -35,7 +35,8 @@ INSTANTIATE_TEST_SUITE_P(
                       // An operator that removes or replaces its own definition while it
                       // runs finishes its work on a live object.
                       Case{"systemdict /undef undef undef ", "(undef)"},
-                      Case{"/store 1 store store ", "1"}, Case{"systemdict /def 2 put def ", "2"}));
+                      Case{"/store 1 store store ", "1"}, Case{"systemdict /def 2 put def ", "2"}),
+    testing_support::RowName());
 
 // The rest of a failed buffer is dropped; the operands a failed operator
 // popped stay popped, and the rest of its procedure runs at the start of the
@@ -45,7 +46,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(FailCase{"1 } 2 ", "Expected ps_array at Mark execute", "1", "3 ", "1 3"},
                       FailCase{"/inner { 1 } def /outer { inner 0 5 } def "
                                "/outer load 1 (}) cvn cvx put outer 7 ",
-                               "Expected ps_array at Mark execute", "1", "8 ", "1 5 8"}));
+                               "Expected ps_array at Mark execute", "1", "8 ", "1 5 8"}),
+    testing_support::RowName());
 
 TEST(RunLoopFailures, ErrorTextNamesFileAndLineAndGoesToDebugOutput) {
     std::vector<std::string> debug;

@@ -64,7 +64,8 @@ INSTANTIATE_TEST_SUITE_P(
         ScanCase{"1e-5 1.5.2 1e5e 1e+5 5- -+1 ", {"1e-5", "1.5.2", "1e5e", "1e+5", "5-", "-+1"}},
         ScanCase{"1e999 ", {"1e999"}}, ScanCase{"1.5 ", {"ps_real 1.500000"}},
         ScanCase{subnormal, {subnormal.substr(0, subnormal.size() - 1)}},
-        ScanCase{tinyButNormal, {"ps_real 0.000000"}}));
+        ScanCase{tinyButNormal, {"ps_real 0.000000"}}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Names, Scanner,
@@ -76,7 +77,8 @@ INSTANTIATE_TEST_SUITE_P(
                       // The dictionary's own object: an operator stays the operator.
                       ScanCase{"//languagelevel //version //add ",
                                {"ps_integer 2", "(49)", "--add--"}},
-                      ScanCase{"//nothing ", {"ERROR: Undefined Immediately Evaluated Name"}}));
+                      ScanCase{"//nothing ", {"ERROR: Undefined Immediately Evaluated Name"}}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     LiteralStrings, Scanner,
@@ -94,7 +96,8 @@ INSTANTIATE_TEST_SUITE_P(
                       ScanCase{"(a\\\r\rb)", {"(ab)"}}, ScanCase{"(a\\\rb)", {"(ab)"}},
                       ScanCase{"(line\none)", {"(line\\x0Aone)"}},
                       // After a failure the string goes on, the escape too.
-                      ScanCase{"(\\q)", {"ERROR: Unsupported character escape in string", "()"}}));
+                      ScanCase{"(\\q)", {"ERROR: Unsupported character escape in string", "()"}}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(EncodedStrings, Scanner,
                          ::testing::Values(ScanCase{"<414243>", {"(414243>) /ASCIIHexDecode"}},
@@ -103,7 +106,8 @@ INSTANTIATE_TEST_SUITE_P(EncodedStrings, Scanner,
                                            ScanCase{"<~a>b~>", {"(a>b~) /ASCII85Decode"}},
                                            ScanCase{"<~~>", {"(~>) /ASCII85Decode"}},
                                            ScanCase{"<~>", {"(>) /ASCII85Decode"}},
-                                           ScanCase{"<< /a 1 >>", {"(< /a 1 >) /ASCIIHexDecode"}}));
+                                           ScanCase{"<< /a 1 >>", {"(< /a 1 >) /ASCIIHexDecode"}}),
+                         testing_support::RowName());
 
 // A NUL stops a stretch in every state, though no stop set names it. Before a
 // digit it is written "\000".
@@ -120,7 +124,8 @@ INSTANTIATE_TEST_SUITE_P(
         ScanCase{"(\\\0)"s, {"ERROR: Unsupported character escape in string", "()"}},
         ScanCase{"<41\0"s, {"(41\\x00) /ASCIIHexDecode"}},
         ScanCase{"<~ab~\0"s, {"(ab~\\x00) /ASCII85Decode"}},
-        ScanCase{"<~a>b\0c~> "s, {"(a>b\\x00) /ASCII85Decode", "c~"}}));
+        ScanCase{"<~a>b\0c~> "s, {"(a>b\\x00) /ASCII85Decode", "c~"}}),
+    testing_support::RowName());
 
 TEST(ScannerBuffers, UndefinedImmediateNameKeepsItsToken) {
     testing_support::Session s;

@@ -10,7 +10,8 @@ INSTANTIATE_TEST_SUITE_P(PopExchDupClearCount, Eval,
                                            // The clone of a composite shares its body.
                                            Case{"[1 2] dup 0 9 put ", "[9 2 ]"},
                                            Case{"1 2 clear ", ""}, Case{"clear ", ""},
-                                           Case{"count ", "0"}, Case{"1 (a) count ", "1 (a) 2"}));
+                                           Case{"count ", "0"}, Case{"1 (a) count ", "1 (a) 2"}),
+                         testing_support::RowName());
 
 // dup pushes a clone, shown by the attribute of copy and original: numbers come
 // back literal, a literal name's clone is executable, composites keep theirs.
@@ -22,7 +23,8 @@ INSTANTIATE_TEST_SUITE_P(CloneAttributes, Eval,
                                            Case{"{ } cvx dup xcheck exch xcheck ", "true true"},
                                            Case{"true dup xcheck exch pop null dup xcheck exch pop "
                                                 "mark dup xcheck exch pop ",
-                                                "true true true"}));
+                                                "true true true"}),
+                         testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Copy, Eval,
@@ -39,7 +41,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"[ [1 2] ] dup 0 get exch copy ", "[1 2 ]"},
         Case{"/a 1 array def a 0 a put a currentdict /a undef [5] exch copy ", "[5 ]"},
         Case{"1.5 2.5 copy ", "ERROR: unsupported copy type"},
-        Case{"1 dict [1] copy ", "ERROR: expected parms to be the same for copy operator"}));
+        Case{"1 dict [1] copy ", "ERROR: expected parms to be the same for copy operator"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     IndexAndRoll, Eval,
@@ -54,7 +57,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"1 2 3 3 -4 roll ", "2 3 1"}, Case{"1 2 3 4 2 1 roll ", "1 2 4 3"},
                       Case{"1 2 3 3 -2147483648 roll ", "3 1 2"},
                       Case{"1 2 3 3 1.0 roll ",
-                           "ERROR: Illegal param type passed to roll operator"}));
+                           "ERROR: Illegal param type passed to roll operator"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Marks, Eval,
@@ -66,7 +70,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"1 mark 2 3 counttomark ", "1 -mark- 2 3 2"},
                       Case{"mark counttomark ", "-mark- 0"},
                       // Without a mark the count is the whole depth, and no failure.
-                      Case{"1 2 3 counttomark ", "1 2 3 3"}, Case{"counttomark ", "0"}));
+                      Case{"1 2 3 counttomark ", "1 2 3 3"}, Case{"counttomark ", "0"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Stack, Fails,
@@ -83,6 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
         // Both roll operands are off the stack before either is checked.
         FailCase{"1 2 3 (x) roll ", "Illegal param type passed to roll operator", "1 2"},
         FailCase{"1 exch ", "pop - expected item on stack", ""},
-        FailCase{"1 (a) (b) copy ", "unsupported copy type", "1"}));
+        FailCase{"1 (a) (b) copy ", "unsupported copy type", "1"}),
+    testing_support::RowName());
 
 } // namespace

@@ -20,7 +20,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"/s 300 string def s 200 7 put s 256 7 put s 200 get s 256 get ", "-56 0"},
         Case{"(abc) 3 65 put ", "ERROR: Illegal string index passed to put"},
         Case{"(abc) -1 65 put ", "ERROR: Illegal string index passed to put"},
-        Case{"(abc) /k 1 put ", "ERROR: Unsupported parameter types to put"}));
+        Case{"(abc) /k 1 put ", "ERROR: Unsupported parameter types to put"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     StringIntervals, Eval,
@@ -47,7 +48,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"(a\\000b) (a\\000c) anchorsearch ", "(a) false"},
         // The string object's own body is shortened.
         Case{"/s (abc) def s (ab) anchorsearch s ", "(c) (ab) true (c)"},
-        Case{"(abc) dup (ab) anchorsearch ", "(c) (c) (ab) true"}));
+        Case{"(abc) dup (ab) anchorsearch ", "(c) (c) (ab) true"}),
+    testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
     Strings, Fails,
@@ -67,7 +69,8 @@ INSTANTIATE_TEST_SUITE_P(
         FailCase{"7 (abc) 4 0 getinterval ", "invalid string position", "7 ()"},
         FailCase{"7 { 1 } 0 (x) putinterval ", "putinterval- only expecting ps_string", "7"},
         FailCase{"7 (abc) 1 anchorsearch ", "Expected ps_string at popStringObject", "7 (abc)"},
-        FailCase{"7 1 (a) anchorsearch ", "Expected ps_string at popStringObject", "7"}));
+        FailCase{"7 1 (a) anchorsearch ", "Expected ps_string at popStringObject", "7"}),
+    testing_support::RowName());
 
 // Bytes go over, the filters of the source don't.
 TEST(StringOperators, GetintervalCopiesBytesNotFilters) {

@@ -6,6 +6,7 @@
 #include "core/StringObject.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
@@ -26,6 +27,23 @@ bool Session::run(std::string_view text) {
     pdf.contentText.clear();
     return pdf.executeBuffer(reinterpret_cast<const unsigned char*>(text.data()),
                              static_cast<uint32_t>(text.size()));
+}
+
+std::string rowName(std::size_t index, const std::string& text) {
+    std::string name = "row" + std::to_string(index);
+    bool gap = false;
+    for (char c : text) {
+        if (name.size() >= 40) break;
+        const bool word = std::isalnum(static_cast<unsigned char>(c));
+        if (word)
+            name += c;
+        else if (!gap)
+            name += '_';
+        gap = !word;
+    }
+    while (name.back() == '_')
+        name.pop_back();
+    return name;
 }
 
 std::string render(const PostscriptObject* object) {

@@ -2,7 +2,10 @@
 
 #include "core/Interpreter.h"
 #include "kelumpd64/conversion.h"
+
+
 #include "pdf/Postscript2Pdf.h"
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <functional>
@@ -34,6 +37,15 @@ struct Handle {
     Handle();
     ~Handle() { PSClose(h); }
     PSHandle h;
+};
+
+// A short test name for a table row: its number and the start of what PrintTo
+// shows of it, in letters and digits, so that a failing row is easy to find.
+std::string rowName(std::size_t index, const std::string& text);
+struct RowName {
+    template <class T> std::string operator()(const ::testing::TestParamInfo<T>& info) const {
+        return rowName(info.index, ::testing::PrintToString(info.param));
+    }
 };
 
 // A compact, exact picture of one object for scanner tests: strings as
