@@ -47,7 +47,10 @@ void Interpreter::run(const unsigned char* buffer, std::size_t length) {
     stdoutText.clear();
     parser->setBuffer(buffer, buffer + length);
     suspended = false;
+    uint64_t steps = 0;
     for (;;) {
+        if (stepLimit && ++steps > stepLimit)
+            PS_THROWF("Step limit of %llu reached", static_cast<unsigned long long>(stepLimit));
         PostscriptObject* object;
         if (!executionStack->empty()) {
             object = executionStack->pop();

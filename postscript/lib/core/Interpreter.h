@@ -65,6 +65,10 @@ public:
     std::unique_ptr<ObjectStack> deferredExecutionStack;
     std::unique_ptr<MemoryRecord> memory;
     std::unique_ptr<DictionarySet> dictionaries;
+    // Objects that one run may take before it fails with "Step limit of <n>
+    // reached"; 0, the default, bounds nothing. Harnesses and hosts set it so
+    // that an endless program ends.
+    uint64_t stepLimit = 0;
     int32_t saveLevel = 1;
     bool suspended = false;
     std::string stdoutText;
