@@ -3,6 +3,7 @@
 // Who may open a shared object, as each system under test tells it.
 
 #include <optional>
+#include <ostream>
 
 #ifdef _WIN32
 #include "platform/win32/Windows.h"
@@ -16,6 +17,11 @@ struct ObjectAccess {
     bool lowIntegrity = false; // labelled so that low-integrity processes may open it too
     bool operator==(const ObjectAccess&) const = default;
 };
+
+inline void PrintTo(const ObjectAccess& access, std::ostream* out) {
+    *out << (access.openToAll ? "open to all" : "not open to all")
+         << (access.lowIntegrity ? ", low integrity" : "");
+}
 
 #ifdef _WIN32
 // The access of the object behind a handle opened with READ_CONTROL; closes the handle.
