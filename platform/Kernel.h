@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Security.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -8,10 +10,12 @@
 
 namespace platform {
 
-// A SECURITY_ATTRIBUTES record: descriptor is a block of Security::allocDescriptor.
+// The attributes a shared object is created with: its security (null: the system's
+// default) and whether child processes inherit the handle. The stated length goes to the
+// system as the job face states it.
 struct SecurityAttributes {
     std::uint32_t length = 0;
-    void* descriptor = nullptr;
+    const ObjectSecurity* security = nullptr;
     bool inheritHandle = false;
 };
 

@@ -13,8 +13,8 @@ Platform& current() {
     return p ? *p : systemPlatform();
 }
 
-void setCurrent(Platform* platform) {
-    installed.store(platform);
+Platform* setCurrent(Platform* platform) {
+    return installed.exchange(platform);
 }
 
 } // namespace platform

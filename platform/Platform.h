@@ -28,10 +28,11 @@ public:
 
 // The platform in use: the system's own unless a test has put another in place.
 Platform& current();
-// Tests install a fake; null puts the system's own back.
-void setCurrent(Platform* platform);
+// Tests install a fake; null puts the system's own back. Gives what was installed before.
+Platform* setCurrent(Platform* platform);
 
-// The backend the build chose (win32 on Windows, the in-memory one elsewhere for now).
+// The backend the build chose: win32 on Windows; elsewhere none yet, so a platform must
+// be installed before the job face runs.
 Platform& systemPlatform();
 
 } // namespace platform

@@ -9,14 +9,32 @@
 
 namespace platform {
 
-// A block holding a security descriptor; freed with its owner.
-class SecurityDescriptor {
+// The security an object is created with, as the backend builds it; the job face only
+// holds it and hands it to the kernel's create calls.
+class ObjectSecurity {
 public:
-    virtual ~SecurityDescriptor() = default; // LocalFree
-    virtual void* get() = 0;
+    virtual ~ObjectSecurity() = default;
 };
 
-// A security identifier, through the SID accessors.
+// Where building the security of a shared object stopped. The first three leave no
+// security, so the object gets the system's default; a failed label leaves the object
+// open to all, without the label.
+enum class SharedSecurityFailure {
+    None,
+    NoMemory,   // no room for the security at all
+    Initialise, // it could not be set up
+    OpenToAll,  // the access list that lets everyone in could not be set
+    LabelParse, // the low-integrity label could not be made
+    LabelRead,  // nor read out of what was made
+    LabelApply, // nor applied
+};
+
+struct SharedSecurity {
+    std::unique_ptr<ObjectSecurity> security; // null after the first three failures
+    SharedSecurityFailure failure = SharedSecurityFailure::None;
+};
+
+// A security identifier, as its parts.
 struct Sid {
     std::uint8_t revision = 0;
     std::array<std::uint8_t, 6> authority{};
@@ -26,19 +44,12 @@ struct Sid {
 class Security {
 public:
     virtual ~Security() = default;
-    // LocalAlloc(LPTR, size); null on failure.
-    virtual std::unique_ptr<SecurityDescriptor> allocDescriptor(std::size_t size) = 0;
-    virtual bool initializeDescriptor(SecurityDescriptor& descriptor) = 0;
-    // SetSecurityDescriptorDacl(descriptor, TRUE, NULL, FALSE).
-    virtual bool setNullDacl(SecurityDescriptor& descriptor) = 0;
-    // ConvertStringSecurityDescriptorToSecurityDescriptorA from "Advapi32.dll", revision 1.
-    virtual std::unique_ptr<SecurityDescriptor> descriptorFromString(const std::string& sddl) = 0;
-    // GetSecurityDescriptorSacl: false if it fails or there is none; acl may stay null.
-    virtual bool getSacl(SecurityDescriptor& descriptor, void*& acl) = 0;
-    // SetSecurityDescriptorSacl(descriptor, TRUE, acl, FALSE).
-    virtual bool setSacl(SecurityDescriptor& descriptor, void* acl) = 0;
-    // LookupAccountNameW on systemName (empty: this machine), once for the sizes and once
-    // for the SID, which must pass IsValidSid; nullopt otherwise, with lastError() set.
+    // Security for an object that the processes of every user and session share: everyone
+    // may open it, and with lowIntegrity sandboxed (low-integrity) processes may too. When
+    // it gives no security, lastError() tells why.
+    virtual SharedSecurity sharedObjectSecurity(bool lowIntegrity) = 0;
+    // The SID of an account on systemName (empty: this machine); nullopt when there is
+    // none, with lastError() set.
     virtual std::optional<Sid> lookupAccountSid(const std::u16string& systemName,
                                                 const std::u16string& account) = 0;
 };

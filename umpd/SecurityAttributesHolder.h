@@ -5,16 +5,13 @@
 
 #include <memory>
 
-// The security of every shared object: a null access list, so that anyone may open
-// it, and from major version 6 a low-integrity label, so that sandboxed processes
-// may too. Lives on the stack of whoever creates the object.
+// The security of every shared object: open to all, so that anyone may open it, and from
+// major version 6 with a low-integrity label, so that sandboxed processes may too. Lives
+// on the stack of whoever creates the object.
 struct SecurityAttributesHolder {
     platform::SecurityAttributes record;
-    std::unique_ptr<platform::SecurityDescriptor> descriptor;
-    std::unique_ptr<platform::SecurityDescriptor> labelDescriptor;
+    std::unique_ptr<platform::ObjectSecurity> security;
 };
-
-inline constexpr const char* lowIntegrityLabel = "S:(ML;;NW;;;LW)";
 
 // The holder's record, or null on platform id 1, which has no security.
 platform::SecurityAttributes* makeSecurityAttributes(SecurityAttributesHolder& holder);

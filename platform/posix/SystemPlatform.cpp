@@ -1,12 +1,15 @@
 #include "platform/Platform.h"
-#include "platform/fake/FakePlatform.h"
+
+#include <cstdio>
+#include <cstdlib>
 
 namespace platform {
 
-// No native backend here yet: the job face runs over the in-memory system.
+// No POSIX backend yet: here the job face runs only over a platform that is installed
+// first, and the native library does not carry it.
 Platform& systemPlatform() {
-    static FakePlatform instance;
-    return instance;
+    std::fputs("kelumpd64: no platform backend for this system yet\n", stderr);
+    std::abort();
 }
 
 } // namespace platform

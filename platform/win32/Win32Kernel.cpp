@@ -9,7 +9,7 @@ struct NativeAttributes {
     explicit NativeAttributes(const SecurityAttributes* a) {
         if (!a) return;
         record.nLength = a->length;
-        record.lpSecurityDescriptor = a->descriptor;
+        record.lpSecurityDescriptor = a->security ? nativeDescriptor(*a->security) : nullptr;
         record.bInheritHandle = a->inheritHandle;
         pointer = &record;
     }

@@ -18,4 +18,7 @@ public:
     FileSystem& files() override;
 };
 
+// The security descriptor behind security this backend built.
+void* nativeDescriptor(const ObjectSecurity& security);
+
 } // namespace platform::win32

@@ -6,55 +6,29 @@
 namespace platform::win32 {
 
 namespace {
-class Win32Descriptor : public SecurityDescriptor {
+// An absolute descriptor, and the block of the label whose system access list it points into.
+class Win32ObjectSecurity : public ObjectSecurity {
 public:
-    explicit Win32Descriptor(HLOCAL block) : block_(block) {}
-    void* get() override { return block_.get(); }
-
-private:
-    ScopedLocal block_;
+    ScopedLocal descriptor, label;
 };
+
+// The mandatory label "ML" of low integrity "LW" that forbids writing up "NW".
+constexpr const char* lowIntegrityLabel = "S:(ML;;NW;;;LW)";
 
 class Win32Security : public Security {
 public:
-    std::unique_ptr<SecurityDescriptor> allocDescriptor(std::size_t size) override {
-        HLOCAL block = ::LocalAlloc(LPTR, size);
-        if (!block) return nullptr;
-        return std::make_unique<Win32Descriptor>(block);
-    }
-
-    bool initializeDescriptor(SecurityDescriptor& descriptor) override {
-        return ::InitializeSecurityDescriptor(descriptor.get(), SECURITY_DESCRIPTOR_REVISION) !=
-               FALSE;
-    }
-
-    bool setNullDacl(SecurityDescriptor& descriptor) override {
-        return ::SetSecurityDescriptorDacl(descriptor.get(), TRUE, nullptr, FALSE) != FALSE;
-    }
-
-    std::unique_ptr<SecurityDescriptor> descriptorFromString(const std::string& sddl) override {
-        using ConvertFn = BOOL(WINAPI*)(LPCSTR, DWORD, PSECURITY_DESCRIPTOR*, PULONG);
-        ScopedModule advapi(::LoadLibraryW(L"Advapi32.dll"));
-        if (!advapi) return nullptr;
-        auto convert = reinterpret_cast<ConvertFn>(reinterpret_cast<void*>(::GetProcAddress(
-            advapi.get(), "ConvertStringSecurityDescriptorToSecurityDescriptorA")));
-        PSECURITY_DESCRIPTOR out = nullptr;
-        if (!convert || !convert(sddl.c_str(), SDDL_REVISION_1, &out, nullptr)) return nullptr;
-        return std::make_unique<Win32Descriptor>(out);
-    }
-
-    bool getSacl(SecurityDescriptor& descriptor, void*& acl) override {
-        BOOL present = FALSE, defaulted = FALSE;
-        PACL sacl = nullptr;
-        if (!::GetSecurityDescriptorSacl(descriptor.get(), &present, &sacl, &defaulted))
-            return false;
-        acl = present ? sacl : nullptr;
-        return true;
-    }
-
-    bool setSacl(SecurityDescriptor& descriptor, void* acl) override {
-        return ::SetSecurityDescriptorSacl(descriptor.get(), TRUE, static_cast<PACL>(acl), FALSE) !=
-               FALSE;
+    SharedSecurity sharedObjectSecurity(bool lowIntegrity) override {
+        auto security = std::make_unique<Win32ObjectSecurity>();
+        security->descriptor.reset(::LocalAlloc(LPTR, SECURITY_DESCRIPTOR_MIN_LENGTH));
+        void* descriptor = security->descriptor.get();
+        if (!descriptor) return {nullptr, SharedSecurityFailure::NoMemory};
+        if (!::InitializeSecurityDescriptor(descriptor, SECURITY_DESCRIPTOR_REVISION))
+            return withoutSecurity(std::move(security), SharedSecurityFailure::Initialise);
+        // A null access list: all access is allowed.
+        if (!::SetSecurityDescriptorDacl(descriptor, TRUE, nullptr, FALSE))
+            return withoutSecurity(std::move(security), SharedSecurityFailure::OpenToAll);
+        auto failure = lowIntegrity ? applyLowLabel(*security) : SharedSecurityFailure::None;
+        return {std::move(security), failure};
     }
 
     std::optional<Sid> lookupAccountSid(const std::u16string& systemName,
@@ -79,8 +53,45 @@ public:
             out.subAuthorities.push_back(*::GetSidSubAuthority(sid.data(), i));
         return out;
     }
+
+private:
+    // The caller reads the error of the failed step after the block is freed.
+    static SharedSecurity withoutSecurity(std::unique_ptr<Win32ObjectSecurity> security,
+                                          SharedSecurityFailure failure) {
+        DWORD code = ::GetLastError();
+        security.reset();
+        ::SetLastError(code);
+        return {nullptr, failure};
+    }
+
+    // The label's system access list, made from its string form by a function that older
+    // systems lack, so it is looked up by name.
+    static SharedSecurityFailure applyLowLabel(Win32ObjectSecurity& security) {
+        using ConvertFn = BOOL(WINAPI*)(LPCSTR, DWORD, PSECURITY_DESCRIPTOR*, PULONG);
+        ScopedModule advapi(::LoadLibraryW(L"Advapi32.dll"));
+        auto convert =
+            advapi ? reinterpret_cast<ConvertFn>(reinterpret_cast<void*>(::GetProcAddress(
+                         advapi.get(), "ConvertStringSecurityDescriptorToSecurityDescriptorA")))
+                   : nullptr;
+        PSECURITY_DESCRIPTOR label = nullptr;
+        if (!convert || !convert(lowIntegrityLabel, SDDL_REVISION_1, &label, nullptr))
+            return SharedSecurityFailure::LabelParse;
+        security.label.reset(label);
+        BOOL present = FALSE, defaulted = FALSE;
+        PACL sacl = nullptr;
+        if (!::GetSecurityDescriptorSacl(label, &present, &sacl, &defaulted))
+            return SharedSecurityFailure::LabelRead;
+        if (!::SetSecurityDescriptorSacl(security.descriptor.get(), TRUE, present ? sacl : nullptr,
+                                         FALSE))
+            return SharedSecurityFailure::LabelApply;
+        return SharedSecurityFailure::None;
+    }
 };
 } // namespace
+
+void* nativeDescriptor(const ObjectSecurity& security) {
+    return static_cast<const Win32ObjectSecurity&>(security).descriptor.get();
+}
 
 Security& Win32Platform::security() {
     static Win32Security instance;

@@ -1,7 +1,7 @@
 // What the fake adds to the contract and no test of the job face pins: a failure
 // planned for a count of calls, and the virtual time of a timed wait.
 
-#include "platform/fake/FakePlatform.h"
+#include "support/fake/FakePlatform.h"
 #include "platform/WideText.h"
 
 #include <gtest/gtest.h>
@@ -17,9 +17,9 @@ TEST(FakePlatform, CountedFailuresEndAndTimedWaitsTakeVirtualTime) {
     EXPECT_FALSE(fake.system().userName(260).has_value());
     EXPECT_TRUE(fake.system().userName(260).has_value());
     auto event = fake.kernel().createEvent(nullptr, false, false, u"e");
-    auto before = fake.ticks;
+    auto before = fake.system().ticks;
     EXPECT_EQ(event->wait(300), WaitResult::Timeout);
-    EXPECT_EQ(fake.ticks - before, 300u);
+    EXPECT_EQ(fake.system().ticks - before, 300u);
 }
 
 TEST(WideText, Utf8RoundTripAndCaseFolding) {

@@ -1,9 +1,10 @@
 // One suite for every implementation of the platform: what the job face relies on.
 
+#include "platform/ObjectAccess.h"
 #include "platform/Platform.h"
 #include "platform/TestPrinters.h"
 #include "platform/WideText.h"
-#include "platform/fake/FakePlatform.h"
+#include "support/fake/FakePlatform.h"
 
 #include <gtest/gtest.h>
 
@@ -15,27 +16,34 @@ using namespace platform;
 
 namespace {
 
-struct FakeSystem {
+using testing_support::ObjectAccess;
+
+struct FakeBackend {
     FakePlatform fake;
     Platform& os() { return fake; }
-    void expectExitCode(std::uint32_t code) { fake.processExitCode = code; }
+    void expectExitCode(std::uint32_t code) { fake.processes().processExitCode = code; }
     std::uintptr_t startJob(const std::u16string& printer, const std::u16string& document,
                             const std::u16string&, std::uint32_t& jobId) {
-        return fake.callerHandle(printer, document, jobId);
+        return fake.spooler().callerHandle(printer, document, jobId);
     }
     bool endJob(std::uintptr_t) { return true; }
     std::string printed(const std::u16string& printer, const std::u16string&) {
-        auto& bytes = fake.printer(printer)->written;
+        auto& bytes = fake.spooler().printer(printer)->written;
         return std::string(bytes.begin(), bytes.end());
     }
     bool addPrinter(const std::u16string& name, const std::u16string& port) {
-        fake.addPrinter(name, testing_support::productDriver, port);
+        fake.spooler().addPrinter(name, testing_support::productDriver, port);
         return true;
+    }
+    std::optional<ObjectAccess> eventAccess(const std::u16string& name) {
+        auto security = fake.kernel().securityOf(name);
+        if (!security) return std::nullopt;
+        return ObjectAccess{security->openToAll, security->lowIntegrity};
     }
 };
 
 #ifdef _WIN32
-struct Win32System {
+struct Win32Backend {
     Platform& os() { return systemPlatform(); }
     void expectExitCode(std::uint32_t) {} // the program itself says it
     std::uintptr_t startJob(const std::u16string& printer, const std::u16string& document,
@@ -50,10 +58,14 @@ struct Win32System {
     bool addPrinter(const std::u16string& name, const std::u16string& port) {
         return testing_support::addSystemPrinter(name, testing_support::productDriver, port);
     }
+    std::optional<ObjectAccess> eventAccess(const std::u16string& name) {
+        return testing_support::systemObjectAccess(
+            OpenEventW(READ_CONTROL, FALSE, testing_support::w(name)));
+    }
 };
-using Implementations = ::testing::Types<FakeSystem, Win32System>;
+using Implementations = ::testing::Types<FakeBackend, Win32Backend>;
 #else
-using Implementations = ::testing::Types<FakeSystem>;
+using Implementations = ::testing::Types<FakeBackend>;
 #endif
 
 template <typename T> class PlatformContract : public ::testing::Test {
@@ -262,25 +274,19 @@ TYPED_TEST(PlatformContract, ProfileSectionsAndIntegers) {
     EXPECT_EQ(files.profileInt(path + u"x", u"init", u"overrideUserSettings", 3), 3u);
 }
 
-TYPED_TEST(PlatformContract, NullDaclLowLabelAndTheUsersSid) {
+TYPED_TEST(PlatformContract, SharedObjectSecurityAndTheUsersSid) {
     auto& security = this->os().security();
-    auto descriptor = security.allocDescriptor(40);
-    ASSERT_NE(descriptor, nullptr);
-    ASSERT_TRUE(security.initializeDescriptor(*descriptor));
-    ASSERT_TRUE(security.setNullDacl(*descriptor));
-    auto label = security.descriptorFromString("S:(ML;;NW;;;LW)");
-    ASSERT_NE(label, nullptr);
-    void* sacl = nullptr;
-    ASSERT_TRUE(security.getSacl(*label, sacl));
-    EXPECT_NE(sacl, nullptr);
-    ASSERT_TRUE(security.setSacl(*descriptor, sacl));
-    EXPECT_EQ(security.descriptorFromString("not a descriptor (("), nullptr);
-
-    SecurityAttributes attributes{8, descriptor->get(), false};
-    auto name = this->unique(u"secured");
-    auto event = this->os().kernel().createEvent(&attributes, false, false, name);
-    ASSERT_NE(event, nullptr);
-    EXPECT_NE(this->os().kernel().openEvent(eventAllAccess, name), nullptr);
+    for (bool lowIntegrity : {false, true}) {
+        auto shared = security.sharedObjectSecurity(lowIntegrity);
+        EXPECT_EQ(shared.failure, SharedSecurityFailure::None);
+        ASSERT_NE(shared.security, nullptr);
+        SecurityAttributes attributes{8, shared.security.get(), false};
+        auto name = this->unique(lowIntegrity ? u"low" : u"open");
+        auto event = this->os().kernel().createEvent(&attributes, false, false, name);
+        ASSERT_NE(event, nullptr);
+        EXPECT_EQ(this->impl.eventAccess(name), (ObjectAccess{true, lowIntegrity}));
+    }
+    EXPECT_EQ(this->impl.eventAccess(this->unique(u"none")), std::nullopt);
 
     auto user = this->os().system().userName(260);
     ASSERT_TRUE(user.has_value());

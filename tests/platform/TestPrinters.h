@@ -3,9 +3,6 @@
 // Printers of the product's driver in the test system: the fake's, or real ones added to
 // the Wine prefix.
 
-#include "platform/WideText.h"
-#include "platform/fake/FakePlatform.h"
-
 #include <string>
 
 #ifdef _WIN32

@@ -27,9 +27,9 @@ protected:
 TEST_F(DomainController, FirstProcessLooksUpAndShares) {
     DomainControllerLookup lookup; // the process's holder is a static: its set-up is thread-safe
     EXPECT_EQ(fake.callCount(Call::CreateFileMapping), 1);
-    auto security = fake.securityOf(recordName);
+    auto security = fake.kernel().securityOf(recordName);
     ASSERT_TRUE(security.has_value());
-    EXPECT_TRUE(security->nullDacl);
+    EXPECT_TRUE(security->openToAll);
     EXPECT_EQ(lookup.lookup(), u"\\\\DC1");
     EXPECT_EQ(fake.callCount(Call::OpenFileMapping), 1); // set up with the holder, not at use
     EXPECT_EQ(shared().state, 'r');
@@ -77,20 +77,20 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(DomainController, ReaderWaitsForTheLookerUpToSixtySeconds) {
     shared().state = 'w';
-    fake.ticks = 0xFFFFFF00; // the wait is measured across the tick count's wrap
+    fake.system().ticks = 0xFFFFFF00; // the wait is measured across the tick count's wrap
     DomainControllerLookup dead;
     EXPECT_EQ(dead.lookup(), u""); // a looker that died left 'w' behind
     EXPECT_EQ(shared().state, 'w');
-    EXPECT_EQ(fake.sleeps, std::vector<std::uint32_t>(69, 876)); // 69 * 876 >= 60000
-    fake.sleeps.clear();
-    fake.onSleep = [&](std::uint32_t) {
-        if (fake.sleeps.size() < 3) return;
+    EXPECT_EQ(fake.system().sleeps, std::vector<std::uint32_t>(69, 876)); // 69 * 876 >= 60000
+    fake.system().sleeps.clear();
+    fake.system().onSleep = [&](std::uint32_t) {
+        if (fake.system().sleeps.size() < 3) return;
         copyField(shared().domainController, u"\\\\DC2");
         shared().state = 'r';
     };
     DomainControllerLookup waiting;
     EXPECT_EQ(waiting.lookup(), u"\\\\DC2");
-    EXPECT_EQ(fake.sleeps.size(), 3u);
+    EXPECT_EQ(fake.system().sleeps.size(), 3u);
 }
 
 TEST_F(DomainController, UnmappableRecordGivesEmptyForGood) {
@@ -102,17 +102,17 @@ TEST_F(DomainController, UnmappableRecordGivesEmptyForGood) {
         local.clearFailures();
         EXPECT_EQ(lookup.lookup(), u""); // set up once per process
         EXPECT_EQ(local.callCount(Call::LoadNetApi), 0);
-        EXPECT_FALSE(local.exists(recordName));
+        EXPECT_FALSE(local.kernel().exists(recordName));
     }
 }
 
 TEST_F(DomainController, LongNameIsCutAndOldSystemsUseTheBareName) {
     setVersion(4, 2);
-    fake.domainController = std::u16string(300, u'x');
+    fake.system().domainController = std::u16string(300, u'x');
     DomainControllerLookup lookup;
     EXPECT_EQ(lookup.lookup(), std::u16string(259, u'x'));
-    EXPECT_TRUE(fake.exists(u"DomainControllerData"));
-    EXPECT_FALSE(fake.exists(recordName));
+    EXPECT_TRUE(fake.kernel().exists(u"DomainControllerData"));
+    EXPECT_FALSE(fake.kernel().exists(recordName));
 }
 
 } // namespace

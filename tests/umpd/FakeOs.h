@@ -3,7 +3,7 @@
 // The job face over the in-memory system, and a launcher that lives in it.
 
 #include "platform/WideText.h"
-#include "platform/fake/FakePlatform.h"
+#include "support/fake/FakePlatform.h"
 #include "tools/kelmsnd/LauncherPeer.h"
 
 #include <gtest/gtest.h>
@@ -17,10 +17,8 @@ namespace testing_support {
 // An in-memory system, current while it lives: a fixture's, or a fresh one for a row.
 class CurrentFake : public platform::FakePlatform {
 public:
-    CurrentFake() : previous_(&platform::current()) { platform::setCurrent(this); }
-    ~CurrentFake() override {
-        platform::setCurrent(previous_ == &platform::systemPlatform() ? nullptr : previous_);
-    }
+    CurrentFake() : previous_(platform::setCurrent(this)) {}
+    ~CurrentFake() override { platform::setCurrent(previous_); }
 
 private:
     platform::Platform* previous_;
@@ -32,12 +30,12 @@ inline const auto rowName = [](const auto& info) { return std::string(info.param
 class FakeOsTest : public ::testing::Test {
 protected:
     void setVersion(std::uint32_t major, std::uint32_t platformId) {
-        fake.version = platform::OsVersion{major, 0, 0, platformId};
+        fake.system().version = platform::OsVersion{major, 0, 0, platformId};
     }
     // Each box shown as a line "caption|text|style in hex", so that a row says it in one string.
-    std::string boxesShown() const {
+    std::string boxesShown() {
         std::ostringstream out;
-        for (const auto& box : fake.boxes())
+        for (const auto& box : fake.reporter().boxes())
             out << platform::toUtf8(box.caption) << '|' << platform::toUtf8(box.text) << '|'
                 << std::hex << box.style << '\n';
         return out.str();
@@ -53,7 +51,7 @@ public:
     FakeLauncher(platform::FakePlatform& fake, const std::u16string& base, bool answers = true)
         : peer_(base) {
         EXPECT_TRUE(peer_.start());
-        fake.onEventSet(base + u"_event", [this, answers] {
+        fake.kernel().onEventSet(base + u"_event", [this, answers] {
             if (!peer_.next(message_, 0)) return;
             messages.push_back(message_);
             if (answers) peer_.answer();

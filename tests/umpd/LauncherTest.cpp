@@ -18,12 +18,12 @@ using Names = FakeOsTest;
 
 TEST_F(Names, UserNameFallsBackToTheEnvironment) {
     fake.fail(Call::GetUserName);
-    fake.env[u"USERNAME"] = u"bob";
+    fake.system().env[u"USERNAME"] = u"bob";
     EXPECT_EQ(launcherUserName(), u"bob");
     fake.fail(Call::GetEnvironmentVariable);
     EXPECT_EQ(launcherUserName(), u"");
     fake.clearFailures();
-    fake.user = std::u16string(260, u'u'); // needs 261 characters with its NUL
+    fake.system().user = std::u16string(260, u'u'); // needs 261 characters with its NUL
     EXPECT_EQ(launcherUserName(), u"bob");
 }
 
@@ -38,7 +38,7 @@ TEST_F(Comms, FailedMapLeavesNothingMapped) {
         EXPECT_EQ(ipc.shared.mapping, nullptr);
         EXPECT_EQ(ipc.record(), nullptr);
         EXPECT_EQ(local.callCount(Call::CreateFileMapping), 2); // record() tries again
-        EXPECT_FALSE(local.exists(base + u"_sm"));
+        EXPECT_FALSE(local.kernel().exists(base + u"_sm"));
     }
 }
 
@@ -70,7 +70,7 @@ TEST_P(Send, OnlyATimeOutOrAFailedStepIsNotDelivered) {
     if (row.fails != Call::Count) fake.fail(row.fails, 6, row.failures);
     EXPECT_EQ(ipc.sendMsg(), row.delivered);
     EXPECT_EQ(launcher ? launcher->messages.size() : 0u, row.messages);
-    EXPECT_EQ(fake.foreverWaits, row.foreverWaits);
+    EXPECT_EQ(fake.kernel().foreverWaits, row.foreverWaits);
     EXPECT_EQ(boxesShown(), row.box);
 }
 
@@ -103,7 +103,7 @@ struct SystemRow {
     std::uint32_t major, platformId;
     const char16_t* base;
     bool secured;      // created with security attributes
-    const char* label; // the integrity label they carry
+    bool lowIntegrity; // open to low-integrity processes too
 };
 
 class ConversationBySystem : public FakeOsTest, public ::testing::WithParamInterface<SystemRow> {};
@@ -117,36 +117,34 @@ TEST_P(ConversationBySystem, NamesSecurityAndAccess) {
     ASSERT_EQ(sa, row.secured ? &holder.record : nullptr);
     EXPECT_FALSE(sa && sa->inheritHandle);
     const platform::FakeObjectSecurity expected{row.secured, row.secured ? 8u : 0u, row.secured,
-                                                row.label};
+                                                row.lowIntegrity};
     {
         LauncherComms alone(u"kelsend", platform::infinite);
         ASSERT_TRUE(alone.mapSharedMemory());
-        EXPECT_EQ(fake.securityOf(base + u"_sm"), expected);
+        EXPECT_EQ(fake.kernel().securityOf(base + u"_sm"), expected);
     }
     FakeLauncher launcher(fake, base);
     LauncherComms ipc(u"kelsend", platform::infinite);
     ASSERT_TRUE(sendStartPrint(ipc, u"P"));
     ASSERT_EQ(launcher.messages.size(), 1u);
-    EXPECT_EQ(fake.securityOf(base + u"_event_end"), expected);
+    EXPECT_EQ(fake.kernel().securityOf(base + u"_event_end"), expected);
     using Access = std::set<std::uint32_t>;
     EXPECT_EQ(fake.accessAsked[Call::OpenFileMapping], Access{0xF001F});
     EXPECT_EQ(fake.accessAsked[Call::MapViewOfFile], Access{6});
     EXPECT_EQ(fake.accessAsked[Call::OpenMutex], Access{0x1F0003});
     EXPECT_EQ(fake.accessAsked[Call::OpenEvent], Access{0x1F0003});
-    EXPECT_TRUE(fake.boxes().empty());
-    EXPECT_TRUE(fake.debugLines().empty());
+    EXPECT_TRUE(fake.reporter().boxes().empty());
+    EXPECT_TRUE(fake.reporter().debugLines().empty());
 }
-
-const char* const lowLabel = "S:(ML;;NW;;;LW)";
 
 INSTANTIATE_TEST_SUITE_P(
     Systems, ConversationBySystem,
-    ::testing::Values(SystemRow{"Platform1", 4, 1, u"kelsend_anna", false, ""},
-                      SystemRow{"Platform1Major5", 5, 1, u"Local\\kelsend_anna", false, ""},
-                      SystemRow{"Nt4", 4, 2, u"kelsend_anna", true, ""},
-                      SystemRow{"Major5", 5, 2, u"Local\\kelsend_anna", true, ""},
-                      SystemRow{"Major6", 6, 2, u"Local\\kelsend_anna", true, lowLabel},
-                      SystemRow{"Major10", 10, 2, u"Local\\kelsend_anna", true, lowLabel}),
+    ::testing::Values(SystemRow{"Platform1", 4, 1, u"kelsend_anna", false, false},
+                      SystemRow{"Platform1Major5", 5, 1, u"Local\\kelsend_anna", false, false},
+                      SystemRow{"Nt4", 4, 2, u"kelsend_anna", true, false},
+                      SystemRow{"Major5", 5, 2, u"Local\\kelsend_anna", true, false},
+                      SystemRow{"Major6", 6, 2, u"Local\\kelsend_anna", true, true},
+                      SystemRow{"Major10", 10, 2, u"Local\\kelsend_anna", true, true}),
     rowName);
 
 TEST_F(Comms, OnlyAnUnstoppedObjectWakesItsListenerWhenItGoes) {
@@ -202,7 +200,7 @@ TEST_F(Messages, UnmappableRecordSkipsTheSend) {
     EXPECT_FALSE(sendStartPrint(ipc, u"P"));
     EXPECT_FALSE(sendStopPrint(ipc, u"P", u"f", u"d"));
     EXPECT_TRUE(launcher.messages.empty());
-    EXPECT_TRUE(fake.boxes().empty());
+    EXPECT_TRUE(fake.reporter().boxes().empty());
 }
 
 // isRunning: the names tried, the staggering sleeps, the answer.
@@ -226,12 +224,12 @@ TEST_P(Running, TriesPlainThenSessionNames) {
     std::unique_ptr<LauncherProxy> proxy =
         row.session ? std::make_unique<CitrixLauncherProxy>(3) : std::make_unique<LauncherProxy>();
     EXPECT_EQ(proxy->isRunning(), row.running);
-    EXPECT_EQ(fake.openedMutexNames, row.tried);
-    ASSERT_EQ(fake.sleeps.size(), row.sleeps);
+    EXPECT_EQ(fake.kernel().openedMutexNames, row.tried);
+    ASSERT_EQ(fake.system().sleeps.size(), row.sleeps);
     // Each staggering sleep is the C runtime's draw after seeding with the process id.
-    fake.system().seedRandom(fake.processId);
+    fake.system().seedRandom(fake.system().processId);
     auto stagger = static_cast<std::uint32_t>(fake.system().random() % 1000 + 50);
-    for (auto ms : fake.sleeps)
+    for (auto ms : fake.system().sleeps)
         EXPECT_EQ(ms, stagger);
 }
 
@@ -256,9 +254,9 @@ TEST_F(FakeOsTest, SessionProxyStaysOnTheSessionForm) {
     CitrixLauncherProxy proxy(3);
     ASSERT_TRUE(proxy.isRunning());
     EXPECT_EQ(proxy.comms().sharedMemoryName, u"Session\\3\\kelsend_anna_sm");
-    fake.openedMutexNames.clear();
+    fake.kernel().openedMutexNames.clear();
     EXPECT_TRUE(proxy.isRunning());
-    EXPECT_EQ(fake.openedMutexNames, std::vector<std::u16string>{session});
+    EXPECT_EQ(fake.kernel().openedMutexNames, std::vector<std::u16string>{session});
     ASSERT_TRUE(sendStartPrint(proxy.comms(), u"P"));
     EXPECT_EQ(launcher.messages.size(), 1u);
 }
@@ -287,17 +285,18 @@ TEST_P(Stop, EndsWithTheEmptyCommandAndReportsDone) {
     }
     if (row.fails != Call::Count) fake.fail(row.fails);
     LauncherProxy proxy;
-    fake.sleeps.clear();
+    fake.system().sleeps.clear();
     EXPECT_TRUE(proxy.stopLauncher());
     if (row.commandSeen) {
         ASSERT_EQ(launcher->messages.size(), 1u);
         EXPECT_EQ(fieldText(launcher->messages[0].command), row.commandSeen);
     }
-    EXPECT_EQ(fake.openedEventNames.at(0), base + u"_event");
-    EXPECT_EQ(fake.openedMappingNames.back(), base + u"_sm");
-    EXPECT_EQ(!fake.sleeps.empty() && fake.sleeps.back() == 150, row.oldNames);
-    EXPECT_EQ(fake.exists(base + u"_sm"), row.launcher); // a record made for the try is gone
-    EXPECT_TRUE(fake.boxes().empty());
+    EXPECT_EQ(fake.kernel().openedEventNames.at(0), base + u"_event");
+    EXPECT_EQ(fake.kernel().openedMappingNames.back(), base + u"_sm");
+    EXPECT_EQ(!fake.system().sleeps.empty() && fake.system().sleeps.back() == 150, row.oldNames);
+    EXPECT_EQ(fake.kernel().exists(base + u"_sm"),
+              row.launcher); // a record made for the try is gone
+    EXPECT_TRUE(fake.reporter().boxes().empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -321,7 +320,7 @@ TEST_F(FakeOsTest, CleanupCarriesThePrinterNameOrNone) {
     EXPECT_EQ(fieldText(launcher.messages[0].command), u"printercleanup");
     EXPECT_EQ(fieldText(launcher.messages[0].printerName), u"Foliograph");
     EXPECT_EQ(fieldText(launcher.messages[1].printerName), u"");
-    EXPECT_TRUE(fake.boxes().empty());
+    EXPECT_TRUE(fake.reporter().boxes().empty());
 }
 
 } // namespace

@@ -10,21 +10,21 @@ namespace {
 using RunProcess = FakeOsTest;
 
 TEST_F(RunProcess, DetachedStartAndWait) {
-    fake.processExitCode = 3;
+    fake.processes().processExitCode = 3;
     std::uint32_t exitCode = 0;
     EXPECT_TRUE(runProcess(u"a.exe -x", u"C:\\work", true, &exitCode, 11));
     EXPECT_EQ(exitCode, 3u);
-    ASSERT_EQ(fake.started.size(), 1u);
-    const auto& start = fake.started[0];
+    ASSERT_EQ(fake.processes().started.size(), 1u);
+    const auto& start = fake.processes().started[0];
     EXPECT_EQ(start.commandLine, u"a.exe -x");
     EXPECT_EQ(start.workingDirectory, u"C:\\work");
     EXPECT_EQ(start.creationFlags, 0x28u);
     EXPECT_EQ(start.showWindow, platform::swHide);
 
     EXPECT_TRUE(runProcess(u"b.exe", std::nullopt, false, nullptr, 0));
-    EXPECT_FALSE(fake.started[1].showWindow.has_value());
+    EXPECT_FALSE(fake.processes().started[1].showWindow.has_value());
     EXPECT_TRUE(runProcess(u"c.exe", std::nullopt, false, nullptr, 5));
-    EXPECT_EQ(fake.started[2].showWindow, 5); // any other value as it is
+    EXPECT_EQ(fake.processes().started[2].showWindow, 5); // any other value as it is
 
     fake.fail(Call::GetExitCodeProcess);
     exitCode = 77;
@@ -35,7 +35,7 @@ TEST_F(RunProcess, DetachedStartAndWait) {
 TEST_F(RunProcess, FailureGoesToTheDebugger) {
     fake.fail(Call::CreateProcess, 2);
     EXPECT_FALSE(runProcess(u"missing.exe", std::nullopt, true, nullptr, 0));
-    EXPECT_EQ(fake.debugLines(),
+    EXPECT_EQ(fake.reporter().debugLines(),
               std::vector<std::string>{"CreateProcess failed [2].  Cmd Line : missing.exe\n"});
 }
 
@@ -57,20 +57,20 @@ class Autostart : public FakeOsTest, public ::testing::WithParamInterface<Autost
 TEST_P(Autostart, RepairsOnlyAnEntryOfAnotherDriver) {
     const auto& row = GetParam();
     if (!row.entry.empty())
-        fake.setRegistryValue(RegistryRoot::CurrentUser, runKey, u"kelmsnd.exe",
-                              platform::stringValue(row.entry));
+        fake.registry().setRegistryValue(RegistryRoot::CurrentUser, runKey, u"kelmsnd.exe",
+                                         platform::stringValue(row.entry));
     if (row.fails != Call::Count) fake.fail(row.fails);
     checkAutostart(row.printer, row.directory);
     EXPECT_EQ(fake.accessAsked[Call::RegCreateKey], std::set<std::uint32_t>{0x2001F});
-    ASSERT_EQ(fake.started.size(), row.setup ? 1u : 0u);
+    ASSERT_EQ(fake.processes().started.size(), row.setup ? 1u : 0u);
     if (!row.setup) return;
     // Only the setup name is checked to fit the path's buffer: the rest is cut to it.
     auto command =
         row.directory + u"kelsetup.exe -printer=\"" + row.printer + u"\" -installStartmenu";
-    EXPECT_EQ(fake.started[0].commandLine, command.substr(0, 259));
-    EXPECT_EQ(fake.started[0].creationFlags, 0x28u);
-    EXPECT_FALSE(fake.started[0].workingDirectory.has_value());
-    EXPECT_FALSE(fake.started[0].showWindow.has_value());
+    EXPECT_EQ(fake.processes().started[0].commandLine, command.substr(0, 259));
+    EXPECT_EQ(fake.processes().started[0].creationFlags, 0x28u);
+    EXPECT_FALSE(fake.processes().started[0].workingDirectory.has_value());
+    EXPECT_FALSE(fake.processes().started[0].showWindow.has_value());
 }
 
 INSTANTIATE_TEST_SUITE_P(

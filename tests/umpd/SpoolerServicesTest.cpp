@@ -30,18 +30,18 @@ struct NameRow {
 class SetPrinterName : public FakeOsTest, public ::testing::WithParamInterface<NameRow> {
 protected:
     SetPrinterName() {
-        fake.addPrinter(u"Other make", u"Another Driver", u"\\\\srv\\port");
-        fake.addPrinter(u"Office PDF", ourDriver, u"KELPORT1:");
-        fake.addPrinter(u"\\\\srv\\queue", ourDriver, u"\\\\srv\\port");
-        fake.addPrinter(u"Second", u"TAMARISK foliograph", u"\\KELPORT2");
-        fake.addPrinter(u"Also on 2", ourDriver, u"\\KELPORT2");
+        fake.spooler().addPrinter(u"Other make", u"Another Driver", u"\\\\srv\\port");
+        fake.spooler().addPrinter(u"Office PDF", ourDriver, u"KELPORT1:");
+        fake.spooler().addPrinter(u"\\\\srv\\queue", ourDriver, u"\\\\srv\\port");
+        fake.spooler().addPrinter(u"Second", u"TAMARISK foliograph", u"\\KELPORT2");
+        fake.spooler().addPrinter(u"Also on 2", ourDriver, u"\\KELPORT2");
         // Records the walk must pass over, or match without a name to give.
-        fake.addPrinter(u"No driver", ourDriver, u"\\KELPORT3").info.driverName.reset();
-        fake.addPrinter(u"Third", ourDriver, u"\\KELPORT3");
-        fake.addPrinter(u"\\\\srv\\noport", ourDriver, u"").info.portName.reset();
-        fake.addPrinter(u"No name", ourDriver, u"\\KELPORT4").info.printerName.reset();
-        fake.addPrinter(u"Fourth", ourDriver, u"\\KELPORT4");
-        fake.addPrinter(std::u16string(300, u'q'), ourDriver, u"\\KELPORT5");
+        fake.spooler().addPrinter(u"No driver", ourDriver, u"\\KELPORT3").info.driverName.reset();
+        fake.spooler().addPrinter(u"Third", ourDriver, u"\\KELPORT3");
+        fake.spooler().addPrinter(u"\\\\srv\\noport", ourDriver, u"").info.portName.reset();
+        fake.spooler().addPrinter(u"No name", ourDriver, u"\\KELPORT4").info.printerName.reset();
+        fake.spooler().addPrinter(u"Fourth", ourDriver, u"\\KELPORT4");
+        fake.spooler().addPrinter(std::u16string(300, u'q'), ourDriver, u"\\KELPORT5");
     }
 };
 
@@ -86,8 +86,9 @@ TEST_F(FakeOsTest, EmptyNameLoadsTheDefaultAndClearsSettings) {
     EXPECT_EQ(config.settings.size(), 0u);
     // A stored name is taken, unless it is above 520 bytes.
     for (auto stored : {std::u16string(u"Stored default"), std::u16string(260, u'n')}) {
-        fake.setRegistryValue(platform::RegistryRoot::CurrentUser, u"Software\\Foliograph",
-                              u"printerName", platform::stringValue(stored));
+        fake.registry().setRegistryValue(platform::RegistryRoot::CurrentUser,
+                                         u"Software\\Foliograph", u"printerName",
+                                         platform::stringValue(stored));
         config.setPrinterName(u"");
         EXPECT_EQ(config.printerName, stored.size() < 260 ? stored : u"Tamarisk Foliograph");
     }
@@ -109,13 +110,13 @@ TEST(DeviceName, IsTheLastPathComponentCutTo31) {
 }
 
 TEST_F(FakeOsTest, OpenPrinterPassesRawDefaultsAndTheDevMode) {
-    fake.addPrinter(u"\\\\srv\\queue", ourDriver, u"KELPORT1:");
+    fake.spooler().addPrinter(u"\\\\srv\\queue", ourDriver, u"KELPORT1:");
     PrinterConfig config;
     config.setPrinterName(u"\\\\srv\\queue");
     ASSERT_TRUE(config.openPrinter(8));
     ASSERT_TRUE(config.openPrinter(8)); // already open: no second open
     EXPECT_EQ(fake.callCount(Call::OpenPrinter), 1);
-    const auto& defaults = fake.printer(u"\\\\srv\\queue")->lastDefaults;
+    const auto& defaults = fake.spooler().printer(u"\\\\srv\\queue")->lastDefaults;
     ASSERT_TRUE(defaults.has_value());
     EXPECT_EQ(defaults->datatype, u"RAW");
     EXPECT_EQ(defaults->desiredAccess, 8u);
@@ -147,8 +148,8 @@ platform::JobInfo2 job(std::uint32_t id, std::int32_t position, const char16_t* 
 
 class PrinterP : public FakeOsTest {
 protected:
-    PrinterP() { fake.addPrinter(u"P", ourDriver, u"KELPORT1:"); }
-    std::vector<platform::JobInfo2>& jobs() { return fake.printer(u"P")->jobs; }
+    PrinterP() { fake.spooler().addPrinter(u"P", ourDriver, u"KELPORT1:"); }
+    std::vector<platform::JobInfo2>& jobs() { return fake.spooler().printer(u"P")->jobs; }
     // A config of P with its printer opened, or left to open itself.
     PrinterConfig config(bool open = true) {
         PrinterConfig c;
@@ -174,7 +175,7 @@ class CurrentJob : public PrinterP, public ::testing::WithParamInterface<Current
 TEST_P(CurrentJob, IsTheLastInTheQueue) {
     const auto& row = GetParam();
     jobs() = row.jobs;
-    fake.printer(u"P")->countedJobs = row.counted;
+    fake.spooler().printer(u"P")->countedJobs = row.counted;
     if (row.fails != Call::Count) fake.fail(row.fails);
     auto c = config(false);
     std::u16string docName = u"before";
@@ -214,7 +215,8 @@ TEST_F(PrintJobs, AllJobsAskForTwoMoreThanCounted) {
         std::uint32_t listed;
     } rows[] = {{7, 7}, {5, 7}, {4, 6}, {1, 3}};
     for (auto row : rows) {
-        fake.printer(u"P")->countedJobs = row.counted; // the queue grew since it was counted
+        fake.spooler().printer(u"P")->countedJobs =
+            row.counted; // the queue grew since it was counted
         std::uint32_t count = 99;
         auto list = PrintJob::getAllJobs(*c.printerHandle, count);
         ASSERT_TRUE(list.has_value());
@@ -222,7 +224,7 @@ TEST_F(PrintJobs, AllJobsAskForTwoMoreThanCounted) {
         EXPECT_EQ(list->size(), row.listed);
     }
     std::uint32_t count = 99;
-    fake.printer(u"P")->countedJobs.reset();
+    fake.spooler().printer(u"P")->countedJobs.reset();
     jobs().clear();
     EXPECT_FALSE(PrintJob::getAllJobs(*c.printerHandle, count).has_value());
     EXPECT_EQ(count, 0u);
@@ -232,19 +234,21 @@ TEST_F(PrintJobs, CompletedJobsAreCancelledOrDeleted) {
     using Controls = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
     auto c = config();
     for (auto [platformId, command] : {std::pair{1u, 3u}, std::pair{2u, 5u}}) {
-        fake.version->platformId = platformId;
+        fake.system().version->platformId = platformId;
         jobs() = {job(4, 1, u"a"), job(5, 2, u"b"), job(6, 3, u"c")};
         jobs()[0].status = 0x1000;        // complete
         jobs()[1].status = 0x10;          // printing
         jobs()[2].status = 0x1000 | 0x80; // complete and printed
-        fake.printer(u"P")->jobControls.clear();
+        fake.spooler().printer(u"P")->jobControls.clear();
         PrintJob::deleteCompletedJobs(*c.printerHandle);
-        EXPECT_EQ(fake.printer(u"P")->jobControls, (Controls{{4, command}, {6, command}}));
+        EXPECT_EQ(fake.spooler().printer(u"P")->jobControls,
+                  (Controls{{4, command}, {6, command}}));
     }
-    EXPECT_TRUE(fake.debugLines().empty());
+    EXPECT_TRUE(fake.reporter().debugLines().empty());
     jobs().clear();
     PrintJob::deleteCompletedJobs(*c.printerHandle);
-    EXPECT_EQ(fake.debugLines(), std::vector<std::string>{"PrintJob::getAllJobs FAILED"});
+    EXPECT_EQ(fake.reporter().debugLines(),
+              std::vector<std::string>{"PrintJob::getAllJobs FAILED"});
 }
 
 TEST_F(PrintJobs, InfoCacheFetchesAnewEachTime) {
@@ -273,15 +277,15 @@ class SelfScope : public FakeOsTest, public ::testing::WithParamInterface<SelfRo
 
 TEST_P(SelfScope, RevertsForTheScopeAndImpersonatesAfter) {
     const auto& row = GetParam();
-    fake.version->platformId = row.platformId;
+    fake.system().version->platformId = row.platformId;
     if (row.fails != Call::Count) fake.fail(row.fails);
-    fake.spoolssHasRevert = row.hasRevert;
+    fake.spooler().spoolssHasRevert = row.hasRevert;
     {
         PrinterSelfScope scope;
         EXPECT_EQ(scope.token != 0, row.impersonates);
-        EXPECT_EQ(fake.impersonatedWith, 0u);
+        EXPECT_EQ(fake.spooler().impersonatedWith, 0u);
     }
-    EXPECT_EQ(fake.impersonatedWith != 0, row.impersonates);
+    EXPECT_EQ(fake.spooler().impersonatedWith != 0, row.impersonates);
     EXPECT_EQ(fake.callCount(Call::ImpersonatePrinterClient), row.impersonates ? 1 : 0);
     EXPECT_EQ(fake.callCount(Call::LoadSpoolss), row.platformId == 1 ? 0 : 1);
     EXPECT_EQ(boxesShown(), row.box);

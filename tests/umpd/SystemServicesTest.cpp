@@ -4,6 +4,7 @@
 
 using namespace testing_support;
 using platform::Call;
+using Failure = platform::SharedSecurityFailure;
 
 namespace {
 
@@ -57,7 +58,7 @@ TEST_F(SystemServices, FieldCopiesAreCutToFit) {
 // Each failing step: what the record holds, the box, the debug text.
 struct SecurityFailureRow {
     const char* name;
-    Call call;
+    platform::SharedSecurityFailure failure;
     bool recordSet;
     const char* box;       // the box shown
     const char* debugText; // null: none
@@ -69,32 +70,32 @@ class SecurityFailures : public FakeOsTest,
 TEST_P(SecurityFailures, EachStepFailsInItsOwnWay) {
     auto row = GetParam();
     setVersion(10, 2);
-    fake.fail(row.call);
+    fake.security().failure = row.failure;
     SecurityAttributesHolder holder;
     auto* sa = makeSecurityAttributes(holder);
     ASSERT_EQ(sa, &holder.record);
     EXPECT_EQ(sa->length, row.recordSet ? 8u : 0u);
-    EXPECT_EQ(sa->descriptor != nullptr, row.recordSet);
+    EXPECT_EQ(sa->security != nullptr, row.recordSet);
     EXPECT_EQ(boxesShown(), row.box);
-    EXPECT_EQ(fake.debugLines(),
+    EXPECT_EQ(fake.reporter().debugLines(),
               std::vector<std::string>(row.debugText ? 1 : 0, row.debugText ? row.debugText : ""));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Steps, SecurityFailures,
     ::testing::Values(
-        SecurityFailureRow{"LocalAlloc", Call::LocalAlloc, false, "", nullptr},
-        SecurityFailureRow{"Initialize", Call::InitializeSecurityDescriptor, false,
+        SecurityFailureRow{"LocalAlloc", Failure::NoMemory, false, "", nullptr},
+        SecurityFailureRow{"Initialize", Failure::Initialise, false,
                            "InitializeSecurityDescriptor failed|System error 5.\r\n|200000\n",
                            nullptr},
-        SecurityFailureRow{"Dacl", Call::SetSecurityDescriptorDacl, false,
+        SecurityFailureRow{"Dacl", Failure::OpenToAll, false,
                            "SetSecurityDescriptorDacl failed|System error 5.\r\n|200000\n",
                            nullptr},
-        SecurityFailureRow{"Convert", Call::ConvertStringSecurityDescriptor, true, "",
+        SecurityFailureRow{"Convert", Failure::LabelParse, true, "",
                            "ConvertStringSecurityDescriptorToSecurityDescriptor failed\n"},
-        SecurityFailureRow{"GetSacl", Call::GetSecurityDescriptorSacl, true, "",
+        SecurityFailureRow{"GetSacl", Failure::LabelRead, true, "",
                            "GetSecurityDescriptorSacl failed\n"},
-        SecurityFailureRow{"SetSacl", Call::SetSecurityDescriptorSacl, true, "",
+        SecurityFailureRow{"SetSacl", Failure::LabelApply, true, "",
                            "SetSecurityDescriptorSacl failed\n"}),
     rowName);
 

@@ -3,12 +3,13 @@
 
 #ifdef _WIN32
 
+#include "platform/ObjectAccess.h"
 #include "platform/Platform.h"
 #include "platform/TestPrinters.h"
 #include "platform/WideText.h"
-#include "platform/fake/FakePlatform.h"
 #include "platform/win32/Win32Platform.h"
 #include "platform/win32/Windows.h"
+#include "support/fake/FakeReporter.h"
 #include "tools/kelmsnd/LauncherPeer.h"
 #include "umpd/DomainController.h"
 #include "umpd/LauncherNames.h"
@@ -30,8 +31,8 @@ class CaughtReports : public platform::win32::Win32Platform {
 public:
     CaughtReports() { platform::setCurrent(this); }
     ~CaughtReports() override { platform::setCurrent(nullptr); }
-    platform::Reporter& reporter() override { return caught.reporter(); }
-    platform::FakePlatform caught;
+    platform::Reporter& reporter() override { return caught; }
+    platform::FakeReporter caught;
 };
 
 TEST(Win32Spooler, PortFormsResolveToPrintersOfOurDriver) {
@@ -72,33 +73,6 @@ TEST(Win32Spooler, PortFormsResolveToPrintersOfOurDriver) {
     DeleteFileW(w(output));
 }
 
-// The security a named object carries, read back through a handle opened by name.
-void expectOpenAndLowLabel(HANDLE h) {
-    ASSERT_NE(h, nullptr);
-    DWORD needed = 0;
-    SECURITY_INFORMATION what = DACL_SECURITY_INFORMATION | LABEL_SECURITY_INFORMATION;
-    GetKernelObjectSecurity(h, what, nullptr, 0, &needed);
-    std::vector<BYTE> buffer(needed + 1);
-    ASSERT_TRUE(GetKernelObjectSecurity(h, what, buffer.data(), needed, &needed));
-    CloseHandle(h);
-    BOOL present = FALSE, defaulted = FALSE;
-    PACL dacl = nullptr;
-    ASSERT_TRUE(GetSecurityDescriptorDacl(buffer.data(), &present, &dacl, &defaulted));
-    EXPECT_TRUE(present);
-    EXPECT_EQ(dacl, nullptr); // a null access list: everyone may open it
-
-    PACL sacl = nullptr;
-    ASSERT_TRUE(GetSecurityDescriptorSacl(buffer.data(), &present, &sacl, &defaulted));
-    ASSERT_TRUE(present && sacl);
-    ACE_HEADER* ace = nullptr;
-    ASSERT_TRUE(GetAce(sacl, 0, reinterpret_cast<void**>(&ace)));
-    EXPECT_EQ(ace->AceType, SYSTEM_MANDATORY_LABEL_ACE_TYPE);
-    auto* label = reinterpret_cast<SYSTEM_MANDATORY_LABEL_ACE*>(ace);
-    EXPECT_EQ(label->Mask, static_cast<DWORD>(SYSTEM_MANDATORY_LABEL_NO_WRITE_UP));
-    auto* sid = reinterpret_cast<PSID>(&label->SidStart);
-    EXPECT_EQ(*GetSidSubAuthority(sid, 0), static_cast<DWORD>(SECURITY_MANDATORY_LOW_RID));
-}
-
 TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
     CaughtReports reports;
     ASSERT_GE(getOsMajorVersion(), 6u); // Wine's default system, which takes the label
@@ -109,13 +83,15 @@ TEST(Win32Security, SharedObjectsAllowAllAndCarryTheLowLabel) {
     auto name = u"KelSecured_" + platform::fromUtf8(std::to_string(GetCurrentProcessId()));
     auto event = platform::current().kernel().createEvent(sa, false, false, name);
     ASSERT_NE(event, nullptr);
-    expectOpenAndLowLabel(OpenEventW(READ_CONTROL, FALSE, w(name)));
+    const ObjectAccess openAndLow{true, true};
+    EXPECT_EQ(systemObjectAccess(OpenEventW(READ_CONTROL, FALSE, w(name))), openAndLow);
 
     // A record the sender creates because no launcher made it.
     LauncherComms ipc(u"kelsecured", platform::infinite);
     ASSERT_TRUE(ipc.mapSharedMemory());
     ASSERT_TRUE(ipc.shared.created);
-    expectOpenAndLowLabel(OpenFileMappingW(READ_CONTROL, FALSE, w(ipc.sharedMemoryName)));
+    EXPECT_EQ(systemObjectAccess(OpenFileMappingW(READ_CONTROL, FALSE, w(ipc.sharedMemoryName))),
+              openAndLow);
     EXPECT_TRUE(reports.caught.boxes().empty() && reports.caught.debugLines().empty());
 }
 

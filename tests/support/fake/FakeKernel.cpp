@@ -1,11 +1,22 @@
-#include "platform/fake/FakeInternals.h"
+#include "support/fake/FakeKernel.h"
 
-#include <cstring>
+#include "support/fake/FakeSecurity.h"
 
 namespace platform {
 
+struct FakeKernel::NamedObject {
+    enum class Kind { Mapping, Event, Mutex } kind;
+    std::vector<std::uint8_t> memory; // a mapping's bytes
+    bool signalled = false;           // an event's state
+    bool manualReset = false;
+    int ownerCount = 0; // a mutex's recursion count
+    std::u16string name;
+};
+
+FakeKernel::~FakeKernel() = default;
+
 namespace {
-using Object = FakePlatform::NamedObject;
+using Object = FakeKernel::NamedObject;
 
 class FakeView : public MappedView {
 public:
@@ -20,21 +31,24 @@ private:
 // What every handle of a named object holds.
 template <typename Interface> class FakeObjectHandle : public Interface {
 public:
-    FakeObjectHandle(FakePlatform& fake, std::shared_ptr<Object> object)
-        : fake_(fake), object_(std::move(object)) {}
+    FakeObjectHandle(FakeKernel& kernel, std::shared_ptr<Object> object)
+        : kernel_(kernel), object_(std::move(object)) {}
 
 protected:
     // A wait on an object that is not free: nobody else runs in the fake, so a wait
     // without limit would never end; it is counted instead.
     WaitResult waitInVain(std::uint32_t milliseconds) {
         if (milliseconds == infinite) {
-            ++fake_.foreverWaits;
+            ++kernel_.foreverWaits;
             return WaitResult::Failed;
         }
-        fake_.ticks += milliseconds;
+        kernel_.system_.ticks += milliseconds;
         return WaitResult::Timeout;
     }
-    FakePlatform& fake_;
+    bool failing(Call call) { return kernel_.calls_.failing(call); }
+    bool failing(Call call, std::uint32_t access) { return kernel_.calls_.failing(call, access); }
+
+    FakeKernel& kernel_;
     std::shared_ptr<Object> object_;
 };
 
@@ -42,7 +56,7 @@ class FakeMappingHandle : public FakeObjectHandle<FileMapping> {
 public:
     using FakeObjectHandle::FakeObjectHandle;
     std::unique_ptr<MappedView> mapView(std::uint32_t access) override {
-        if (fake_.failing(Call::MapViewOfFile, access)) return nullptr;
+        if (failing(Call::MapViewOfFile, access)) return nullptr;
         return std::make_unique<FakeView>(object_);
     }
 };
@@ -51,14 +65,14 @@ class FakeEventHandle : public FakeObjectHandle<Event> {
 public:
     using FakeObjectHandle::FakeObjectHandle;
     bool set() override {
-        if (fake_.failing(Call::SetEvent)) return false;
+        if (failing(Call::SetEvent)) return false;
         object_->signalled = true;
-        auto hook = fake_.eventHooks_.find(object_->name);
-        if (hook != fake_.eventHooks_.end() && !object_->name.empty()) hook->second();
+        auto hook = kernel_.eventHooks_.find(object_->name);
+        if (hook != kernel_.eventHooks_.end() && !object_->name.empty()) hook->second();
         return true;
     }
     WaitResult wait(std::uint32_t milliseconds) override {
-        if (fake_.failing(Call::WaitForSingleObject)) return WaitResult::Failed;
+        if (failing(Call::WaitForSingleObject)) return WaitResult::Failed;
         if (!object_->signalled) return waitInVain(milliseconds);
         if (!object_->manualReset) object_->signalled = false;
         return WaitResult::Signalled;
@@ -71,7 +85,7 @@ public:
     ~FakeMutexHandle() override { object_->ownerCount -= held_; }
     bool release() override {
         if (held_ == 0) {
-            fake_.lastError_ = 288; // ERROR_NOT_OWNER
+            kernel_.calls_.lastError = 288; // ERROR_NOT_OWNER
             return false;
         }
         --held_;
@@ -79,7 +93,7 @@ public:
         return true;
     }
     WaitResult wait(std::uint32_t milliseconds) override {
-        if (fake_.failing(Call::WaitForSingleObject)) return WaitResult::Failed;
+        if (failing(Call::WaitForSingleObject)) return WaitResult::Failed;
         if (object_->ownerCount > 0 && held_ == 0) return waitInVain(milliseconds);
         own();
         return WaitResult::Signalled;
@@ -93,22 +107,23 @@ private:
     int held_ = 0;
 };
 
-std::shared_ptr<Object> FakePlatform::findObject(const std::u16string& name) const {
+std::shared_ptr<Object> FakeKernel::findObject(const std::u16string& name) const {
     auto it = objects_.find(name);
     return it == objects_.end() ? nullptr : it->second.lock();
 }
 
-void FakePlatform::nameObject(const std::u16string& name, const std::shared_ptr<Object>& object) {
-    object->name = name;
-    if (!name.empty()) objects_[name] = object;
-}
-
-bool FakePlatform::exists(const std::u16string& name) const {
+bool FakeKernel::exists(const std::u16string& name) const {
     return findObject(name) != nullptr;
 }
 
-void FakePlatform::onEventSet(const std::u16string& name, std::function<void()> hook) {
+void FakeKernel::onEventSet(const std::u16string& name, std::function<void()> hook) {
     eventHooks_[name] = std::move(hook);
+}
+
+std::optional<FakeObjectSecurity> FakeKernel::securityOf(const std::u16string& name) const {
+    auto it = security_.find(name);
+    if (it == security_.end()) return std::nullopt;
+    return it->second;
 }
 
 namespace {
@@ -117,54 +132,53 @@ FakeObjectSecurity describe(const SecurityAttributes* attributes) {
     if (!attributes) return s;
     s.hadAttributes = true;
     s.length = attributes->length;
-    if (auto* d = static_cast<fake::DescriptorState*>(attributes->descriptor)) {
-        s.nullDacl = d->nullDacl;
-        if (d->sacl) s.label = *d->sacl;
+    if (auto* shared = dynamic_cast<const FakeSharedSecurity*>(attributes->security)) {
+        s.openToAll = true;
+        s.lowIntegrity = shared->lowIntegrity;
     }
     return s;
 }
 } // namespace
 
-std::shared_ptr<Object> FakePlatform::openNamed(int kind, const std::u16string& name) {
+std::shared_ptr<Object> FakeKernel::openNamed(int kind, const std::u16string& name) {
     auto object = findObject(name);
     if (!object || static_cast<int>(object->kind) != kind) {
-        lastError_ = object ? error::invalidHandle : error::fileNotFound;
+        calls_.lastError = object ? error::invalidHandle : error::fileNotFound;
         return nullptr;
     }
     return object;
 }
 
 // Creating a name that exists opens it, as the kernel does, unless it is of another kind.
-std::shared_ptr<Object> FakePlatform::createNamed(int kind, const std::u16string& name,
-                                                  const SecurityAttributes* attributes,
-                                                  bool& fresh) {
+std::shared_ptr<Object> FakeKernel::createNamed(int kind, const std::u16string& name,
+                                                const SecurityAttributes* attributes, bool& fresh) {
     auto object = findObject(name);
     fresh = !object;
     if (object) {
-        lastError_ =
+        calls_.lastError =
             static_cast<int>(object->kind) == kind ? error::alreadyExists : error::invalidHandle;
         return static_cast<int>(object->kind) == kind ? object : nullptr;
     }
-    object =
-        std::make_shared<Object>(Object{static_cast<Object::Kind>(kind), {}, false, false, 0, {}});
-    nameObject(name, object);
+    object = std::make_shared<Object>(
+        Object{static_cast<Object::Kind>(kind), {}, false, false, 0, name});
+    if (!name.empty()) objects_[name] = object;
     security_[name] = describe(attributes);
-    lastError_ = error::success;
+    calls_.lastError = error::success;
     return object;
 }
 
-std::unique_ptr<FileMapping> FakePlatform::openFileMapping(std::uint32_t access,
-                                                           const std::u16string& name) {
+std::unique_ptr<FileMapping> FakeKernel::openFileMapping(std::uint32_t access,
+                                                         const std::u16string& name) {
     openedMappingNames.push_back(name);
-    if (failing(Call::OpenFileMapping, access)) return nullptr;
+    if (calls_.failing(Call::OpenFileMapping, access)) return nullptr;
     auto object = openNamed(static_cast<int>(Object::Kind::Mapping), name);
     return object ? std::make_unique<FakeMappingHandle>(*this, object) : nullptr;
 }
 
-std::unique_ptr<FileMapping> FakePlatform::createFileMapping(const SecurityAttributes* attributes,
-                                                             std::size_t size,
-                                                             const std::u16string& name) {
-    if (failing(Call::CreateFileMapping)) return nullptr;
+std::unique_ptr<FileMapping> FakeKernel::createFileMapping(const SecurityAttributes* attributes,
+                                                           std::size_t size,
+                                                           const std::u16string& name) {
+    if (calls_.failing(Call::CreateFileMapping)) return nullptr;
     bool fresh = false;
     auto object = createNamed(static_cast<int>(Object::Kind::Mapping), name, attributes, fresh);
     if (!object) return nullptr;
@@ -172,10 +186,10 @@ std::unique_ptr<FileMapping> FakePlatform::createFileMapping(const SecurityAttri
     return std::make_unique<FakeMappingHandle>(*this, object);
 }
 
-std::unique_ptr<Event> FakePlatform::createEvent(const SecurityAttributes* attributes,
-                                                 bool manualReset, bool initialState,
-                                                 const std::u16string& name) {
-    if (failing(Call::CreateEvent)) return nullptr;
+std::unique_ptr<Event> FakeKernel::createEvent(const SecurityAttributes* attributes,
+                                               bool manualReset, bool initialState,
+                                               const std::u16string& name) {
+    if (calls_.failing(Call::CreateEvent)) return nullptr;
     bool fresh = false;
     auto object = createNamed(static_cast<int>(Object::Kind::Event), name, attributes, fresh);
     if (!object) return nullptr;
@@ -186,16 +200,16 @@ std::unique_ptr<Event> FakePlatform::createEvent(const SecurityAttributes* attri
     return std::make_unique<FakeEventHandle>(*this, object);
 }
 
-std::unique_ptr<Event> FakePlatform::openEvent(std::uint32_t access, const std::u16string& name) {
+std::unique_ptr<Event> FakeKernel::openEvent(std::uint32_t access, const std::u16string& name) {
     openedEventNames.push_back(name);
-    if (failing(Call::OpenEvent, access)) return nullptr;
+    if (calls_.failing(Call::OpenEvent, access)) return nullptr;
     auto object = openNamed(static_cast<int>(Object::Kind::Event), name);
     return object ? std::make_unique<FakeEventHandle>(*this, object) : nullptr;
 }
 
-std::unique_ptr<Mutex> FakePlatform::createMutex(const SecurityAttributes* attributes,
-                                                 bool initialOwner, const std::u16string& name) {
-    if (failing(Call::CreateMutex)) return nullptr;
+std::unique_ptr<Mutex> FakeKernel::createMutex(const SecurityAttributes* attributes,
+                                               bool initialOwner, const std::u16string& name) {
+    if (calls_.failing(Call::CreateMutex)) return nullptr;
     bool fresh = false;
     auto object = createNamed(static_cast<int>(Object::Kind::Mutex), name, attributes, fresh);
     if (!object) return nullptr;
@@ -204,9 +218,9 @@ std::unique_ptr<Mutex> FakePlatform::createMutex(const SecurityAttributes* attri
     return handle;
 }
 
-std::unique_ptr<Mutex> FakePlatform::openMutex(std::uint32_t access, const std::u16string& name) {
+std::unique_ptr<Mutex> FakeKernel::openMutex(std::uint32_t access, const std::u16string& name) {
     openedMutexNames.push_back(name);
-    if (failing(Call::OpenMutex, access)) return nullptr;
+    if (calls_.failing(Call::OpenMutex, access)) return nullptr;
     auto object = openNamed(static_cast<int>(Object::Kind::Mutex), name);
     return object ? std::make_unique<FakeMutexHandle>(*this, object) : nullptr;
 }

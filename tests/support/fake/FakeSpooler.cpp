@@ -1,5 +1,6 @@
+#include "support/fake/FakeSpooler.h"
+
 #include "platform/WideText.h"
-#include "platform/fake/FakeInternals.h"
 
 namespace platform {
 
@@ -14,11 +15,11 @@ PrinterInfo2 reported(const FakePrinter& p) {
 
 class FakePrinterHandle : public Printer {
 public:
-    FakePrinterHandle(FakePlatform& fake, std::u16string name)
-        : fake_(fake), name_(std::move(name)) {}
+    FakePrinterHandle(FakeSpooler& spooler, std::u16string name)
+        : spooler_(spooler), calls_(spooler.calls_), name_(std::move(name)) {}
 
     bool getPrinter2(PrinterInfo2& out) override {
-        if (fake_.failing(Call::GetPrinter)) return false;
+        if (calls_.failing(Call::GetPrinter)) return false;
         auto* p = printer();
         if (!p) return false;
         out = reported(*p);
@@ -26,7 +27,7 @@ public:
     }
 
     bool getJob(std::uint32_t jobId, JobInfo2& out) override {
-        if (fake_.failing(Call::GetJob)) return false;
+        if (calls_.failing(Call::GetJob)) return false;
         if (auto* p = printer()) {
             for (const auto& job : p->jobs) {
                 if (job.jobId == jobId) {
@@ -35,13 +36,13 @@ public:
                 }
             }
         }
-        fake_.lastError_ = error::invalidParameter;
+        calls_.lastError = error::invalidParameter;
         return false;
     }
 
     bool enumJobs(std::uint32_t firstJob, std::uint32_t count,
                   std::vector<JobInfo2>& out) override {
-        if (fake_.failing(Call::EnumJobs)) return false;
+        if (calls_.failing(Call::EnumJobs)) return false;
         auto* p = printer();
         if (!p) return false;
         out.clear();
@@ -51,7 +52,7 @@ public:
     }
 
     bool setJob(std::uint32_t jobId, std::uint32_t command) override {
-        if (fake_.failing(Call::SetJob)) return false;
+        if (calls_.failing(Call::SetJob)) return false;
         auto* p = printer();
         if (!p) return false;
         p->jobControls.emplace_back(jobId, command);
@@ -60,13 +61,13 @@ public:
             if (command == 3 || command == 5) p->jobs.erase(it); // cancel, delete
             return true;
         }
-        fake_.lastError_ = error::invalidParameter;
+        calls_.lastError = error::invalidParameter;
         return false;
     }
 
     bool writePrinter(const void* data, std::uint32_t size, std::uint32_t& written) override {
         written = 0;
-        if (fake_.failing(Call::WritePrinter)) return false;
+        if (calls_.failing(Call::WritePrinter)) return false;
         auto* p = printer();
         if (!p) return false;
         auto* bytes = static_cast<const std::uint8_t*>(data);
@@ -77,16 +78,17 @@ public:
 
 private:
     FakePrinter* printer() {
-        auto* p = fake_.printer(name_);
-        if (!p) fake_.lastError_ = error::invalidHandle;
+        auto* p = spooler_.printer(name_);
+        if (!p) calls_.lastError = error::invalidHandle;
         return p;
     }
-    FakePlatform& fake_;
+    FakeSpooler& spooler_;
+    FakeCalls& calls_;
     std::u16string name_;
 };
 
-FakePrinter& FakePlatform::addPrinter(const std::u16string& name, const std::u16string& driver,
-                                      const std::u16string& port) {
+FakePrinter& FakeSpooler::addPrinter(const std::u16string& name, const std::u16string& driver,
+                                     const std::u16string& port) {
     FakePrinter p;
     p.info.printerName = name;
     p.info.driverName = driver;
@@ -97,34 +99,34 @@ FakePrinter& FakePlatform::addPrinter(const std::u16string& name, const std::u16
     return printers_.back().second;
 }
 
-FakePrinter* FakePlatform::printer(const std::u16string& name) {
+FakePrinter* FakeSpooler::printer(const std::u16string& name) {
     for (auto& [key, p] : printers_)
         if (equalsIgnoreCase(key, name)) return &p;
     return nullptr;
 }
 
-bool FakePlatform::enumPrinters(std::uint32_t, std::vector<PrinterInfo2>& out) {
-    if (failing(Call::EnumPrinters)) return false;
+bool FakeSpooler::enumPrinters(std::uint32_t, std::vector<PrinterInfo2>& out) {
+    if (calls_.failing(Call::EnumPrinters)) return false;
     out.clear();
     for (const auto& [name, p] : printers_)
         out.push_back(reported(p));
     return true;
 }
 
-std::unique_ptr<Printer> FakePlatform::openPrinter(const std::u16string& name,
-                                                   const PrinterDefaults* defaults) {
-    if (failing(Call::OpenPrinter)) return nullptr;
+std::unique_ptr<Printer> FakeSpooler::openPrinter(const std::u16string& name,
+                                                  const PrinterDefaults* defaults) {
+    if (calls_.failing(Call::OpenPrinter)) return nullptr;
     auto* p = printer(name);
     if (!p) {
-        lastError_ = error::invalidPrinterName;
+        calls_.lastError = error::invalidPrinterName;
         return nullptr;
     }
     if (defaults) p->lastDefaults = *defaults;
     return std::make_unique<FakePrinterHandle>(*this, name);
 }
 
-std::uintptr_t FakePlatform::callerHandle(const std::u16string& name,
-                                          const std::u16string& document, std::uint32_t& jobId) {
+std::uintptr_t FakeSpooler::callerHandle(const std::u16string& name, const std::u16string& document,
+                                         std::uint32_t& jobId) {
     auto* p = printer(name);
     if (!p) return 0;
     JobInfo2 job;
@@ -138,48 +140,42 @@ std::uintptr_t FakePlatform::callerHandle(const std::u16string& name,
     return handle;
 }
 
-std::unique_ptr<Printer> FakePlatform::borrowPrinter(std::uintptr_t handle) {
+std::unique_ptr<Printer> FakeSpooler::borrowPrinter(std::uintptr_t handle) {
     auto it = callerHandles_.find(handle);
     // An unknown handle gives a printer whose every call fails, as the spooler's would.
     return std::make_unique<FakePrinterHandle>(*this,
                                                it == callerHandles_.end() ? u"" : it->second);
 }
 
-std::optional<std::u16string> FakePlatform::driverDirectory() {
-    if (failing(Call::GetPrinterDriverDirectory)) return std::nullopt;
+std::optional<std::u16string> FakeSpooler::driverDirectory() {
+    if (calls_.failing(Call::GetPrinterDriverDirectory)) return std::nullopt;
     return driverDir;
 }
 
-namespace {
 class FakeSpoolss : public SpoolssModule {
 public:
-    explicit FakeSpoolss(FakePlatform& fake, std::function<bool(Call)> failing,
-                         std::function<std::uintptr_t()> token)
-        : fake_(fake), failing_(std::move(failing)), token_(std::move(token)) {}
+    explicit FakeSpoolss(FakeSpooler& spooler) : spooler_(spooler), calls_(spooler.calls_) {}
     bool hasRevertToPrinterSelf() override {
-        if (!fake_.spoolssHasRevert) fake_.system().setLastError(error::procNotFound);
-        return fake_.spoolssHasRevert;
+        if (!spooler_.spoolssHasRevert) calls_.lastError = error::procNotFound;
+        return spooler_.spoolssHasRevert;
     }
     std::uintptr_t revertToPrinterSelf() override {
-        return failing_(Call::RevertToPrinterSelf) ? 0 : token_();
+        return calls_.failing(Call::RevertToPrinterSelf) ? 0 : spooler_.nextToken_++;
     }
     bool impersonatePrinterClient(std::uintptr_t token) override {
-        if (failing_(Call::ImpersonatePrinterClient)) return false;
-        fake_.impersonatedWith = token;
+        if (calls_.failing(Call::ImpersonatePrinterClient)) return false;
+        spooler_.impersonatedWith = token;
         return true;
     }
 
 private:
-    FakePlatform& fake_;
-    std::function<bool(Call)> failing_;
-    std::function<std::uintptr_t()> token_;
+    FakeSpooler& spooler_;
+    FakeCalls& calls_;
 };
-} // namespace
 
-std::unique_ptr<SpoolssModule> FakePlatform::loadSpoolss() {
-    if (failing(Call::LoadSpoolss)) return nullptr;
-    return std::make_unique<FakeSpoolss>(
-        *this, [this](Call c) { return failing(c); }, [this] { return nextToken_++; });
+std::unique_ptr<SpoolssModule> FakeSpooler::loadSpoolss() {
+    if (calls_.failing(Call::LoadSpoolss)) return nullptr;
+    return std::make_unique<FakeSpoolss>(*this);
 }
 
 } // namespace platform

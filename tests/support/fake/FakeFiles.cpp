@@ -1,9 +1,22 @@
-#include "platform/WideText.h"
-#include "platform/fake/FakeInternals.h"
+#include "support/fake/FakeFiles.h"
 
-#include <cstring>
+#include "platform/WideText.h"
 
 namespace platform {
+
+struct FakeFiles::Node {
+    std::vector<std::uint8_t> bytes;
+};
+
+FakeFiles::FakeFiles(FakeCalls& calls) : calls_(calls) {
+    for (auto dir :
+         {u"C:", u"C:\\windows", u"C:\\windows\\system32", u"C:\\users", u"C:\\users\\anna",
+          u"C:\\users\\anna\\AppData", u"C:\\users\\anna\\AppData\\Local",
+          u"C:\\users\\anna\\AppData\\Roaming", u"C:\\users\\anna\\Documents"})
+        directories_.insert(foldCase(dir));
+}
+
+FakeFiles::~FakeFiles() = default;
 
 namespace {
 std::u16string parentOf(const std::u16string& path) {
@@ -17,15 +30,14 @@ std::u16string trim(std::u16string_view text) {
     auto last = text.find_last_not_of(u" \t\r");
     return std::u16string(text.substr(first, last - first + 1));
 }
-} // namespace
 
 class FakeFile : public File {
 public:
-    FakeFile(FakePlatform& fake, std::shared_ptr<FakePlatform::FileNode> node)
-        : fake_(fake), node_(std::move(node)) {}
+    FakeFile(FakeCalls& calls, std::shared_ptr<FakeFiles::Node> node)
+        : calls_(calls), node_(std::move(node)) {}
     bool write(const void* data, std::uint32_t size, std::uint32_t& written) override {
         written = 0;
-        if (fake_.failing(Call::WriteFile)) return false;
+        if (calls_.failing(Call::WriteFile)) return false;
         auto* bytes = static_cast<const std::uint8_t*>(data);
         node_->bytes.insert(node_->bytes.end(), bytes, bytes + size);
         written = size;
@@ -33,70 +45,71 @@ public:
     }
 
 private:
-    FakePlatform& fake_;
-    std::shared_ptr<FakePlatform::FileNode> node_;
+    FakeCalls& calls_;
+    std::shared_ptr<FakeFiles::Node> node_;
 };
+} // namespace
 
-std::optional<std::uint32_t> FakePlatform::attributes(const std::u16string& path) {
-    if (failing(Call::GetFileAttributes)) return std::nullopt;
+std::optional<std::uint32_t> FakeFiles::attributes(const std::u16string& path) {
+    if (calls_.failing(Call::GetFileAttributes)) return std::nullopt;
     auto key = foldCase(path);
     while (key.size() > 3 && key.back() == u'\\')
         key.pop_back();
     if (directories_.count(key)) return fileAttributeDirectory;
     if (files_.count(key)) return fileAttributeNormal;
-    lastError_ = error::fileNotFound;
+    calls_.lastError = error::fileNotFound;
     return std::nullopt;
 }
 
-bool FakePlatform::createDirectory(const std::u16string& path) {
-    if (failing(Call::CreateDirectory)) return false;
+bool FakeFiles::createDirectory(const std::u16string& path) {
+    if (calls_.failing(Call::CreateDirectory)) return false;
     auto key = foldCase(path);
     while (!key.empty() && key.back() == u'\\')
         key.pop_back();
     if (directories_.count(key) || files_.count(key)) {
-        lastError_ = error::alreadyExists;
+        calls_.lastError = error::alreadyExists;
         return false;
     }
     if (!directories_.count(parentOf(key))) {
-        lastError_ = 3; // ERROR_PATH_NOT_FOUND
+        calls_.lastError = 3; // ERROR_PATH_NOT_FOUND
         return false;
     }
     directories_.insert(key);
     return true;
 }
 
-std::unique_ptr<File> FakePlatform::createFile(const std::u16string& path) {
-    if (failing(Call::CreateFile)) return nullptr;
+std::unique_ptr<File> FakeFiles::createFile(const std::u16string& path) {
+    if (calls_.failing(Call::CreateFile)) return nullptr;
     auto key = foldCase(path);
     if (directories_.count(key) || !directories_.count(parentOf(key))) {
-        lastError_ = directories_.count(key) ? error::accessDenied : 3;
+        calls_.lastError = directories_.count(key) ? error::accessDenied : 3;
         return nullptr;
     }
-    auto node = std::make_shared<FileNode>();
+    auto node = std::make_shared<Node>();
     files_[key] = node;
-    return std::make_unique<FakeFile>(*this, node);
+    return std::make_unique<FakeFile>(calls_, node);
 }
 
-std::optional<std::vector<std::uint8_t>> FakePlatform::readFile(const std::u16string& path) {
-    if (failing(Call::ReadFile)) return std::nullopt;
+std::optional<std::vector<std::uint8_t>> FakeFiles::readFile(const std::u16string& path) {
+    if (calls_.failing(Call::ReadFile)) return std::nullopt;
     auto it = files_.find(foldCase(path));
     if (it == files_.end()) {
-        lastError_ = error::fileNotFound;
+        calls_.lastError = error::fileNotFound;
         return std::nullopt;
     }
     return it->second->bytes;
 }
 
-void FakePlatform::writeFile(const std::u16string& path, const std::string& bytes) {
+void FakeFiles::writeFile(const std::u16string& path, const std::string& bytes) {
     auto key = foldCase(path);
     for (auto dir = parentOf(key); !dir.empty(); dir = parentOf(dir))
         directories_.insert(dir);
-    auto node = std::make_shared<FileNode>();
+    auto node = std::make_shared<Node>();
     node->bytes.assign(bytes.begin(), bytes.end());
     files_[key] = node;
 }
 
-std::optional<std::string> FakePlatform::fileText(const std::u16string& path) const {
+std::optional<std::string> FakeFiles::fileText(const std::u16string& path) const {
     auto it = files_.find(foldCase(path));
     if (it == files_.end()) return std::nullopt;
     return std::string(it->second->bytes.begin(), it->second->bytes.end());
@@ -104,9 +117,9 @@ std::optional<std::string> FakePlatform::fileText(const std::u16string& path) co
 
 // A profile file as the system reads one: "[section]" lines, then "key=value" lines;
 // names compare without case, blanks around keys and values do not count.
-std::vector<std::u16string> FakePlatform::sectionLines(const std::u16string& file,
-                                                       const std::u16string& section,
-                                                       std::size_t bufferChars) {
+std::vector<std::u16string> FakeFiles::sectionLines(const std::u16string& file,
+                                                    const std::u16string& section,
+                                                    std::size_t bufferChars) {
     std::vector<std::u16string> lines;
     auto text = fileText(file);
     if (!text) return lines;
@@ -136,16 +149,16 @@ std::vector<std::u16string> FakePlatform::sectionLines(const std::u16string& fil
     return lines;
 }
 
-std::vector<std::u16string> FakePlatform::profileSection(const std::u16string& file,
-                                                         const std::u16string& section,
-                                                         std::size_t bufferChars) {
-    if (failing(Call::GetPrivateProfileSection)) return {};
+std::vector<std::u16string> FakeFiles::profileSection(const std::u16string& file,
+                                                      const std::u16string& section,
+                                                      std::size_t bufferChars) {
+    if (calls_.failing(Call::GetPrivateProfileSection)) return {};
     return sectionLines(file, section, bufferChars);
 }
 
-std::uint32_t FakePlatform::profileInt(const std::u16string& file, const std::u16string& section,
-                                       const std::u16string& key, std::int32_t fallback) {
-    if (failing(Call::GetPrivateProfileInt)) return static_cast<std::uint32_t>(fallback);
+std::uint32_t FakeFiles::profileInt(const std::u16string& file, const std::u16string& section,
+                                    const std::u16string& key, std::int32_t fallback) {
+    if (calls_.failing(Call::GetPrivateProfileInt)) return static_cast<std::uint32_t>(fallback);
     for (const auto& line : sectionLines(file, section, 32767)) {
         auto eq = line.find(u'=');
         if (eq == std::u16string::npos || !equalsIgnoreCase(line.substr(0, eq), key)) continue;

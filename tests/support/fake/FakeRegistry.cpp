@@ -1,7 +1,30 @@
+#include "support/fake/FakeRegistry.h"
+
 #include "platform/WideText.h"
-#include "platform/fake/FakeInternals.h"
+
+#include <map>
+#include <vector>
 
 namespace platform {
+
+struct FakeRegistry::Node {
+    std::map<std::u16string, std::unique_ptr<Node>> children;     // by folded name
+    std::vector<std::pair<std::u16string, RegistryValue>> values; // in the order written
+
+    // The key at path below this one, or null; with create, the missing keys are made and
+    // created tells whether any was.
+    Node* walk(const std::u16string& path, bool create, bool* created = nullptr);
+    // Value names compare without case.
+    RegistryValue* find(std::u16string_view name);
+    void set(const std::u16string& name, const RegistryValue& value);
+};
+
+FakeRegistry::FakeRegistry(FakeCalls& calls) : calls_(calls) {
+    for (auto& r : roots_)
+        r = std::make_unique<Node>();
+}
+
+FakeRegistry::~FakeRegistry() = default;
 
 namespace {
 std::vector<std::u16string> splitPath(const std::u16string& path) {
@@ -20,15 +43,15 @@ std::vector<std::u16string> splitPath(const std::u16string& path) {
 }
 } // namespace
 
-FakePlatform::RegistryNode* FakePlatform::RegistryNode::walk(const std::u16string& path,
-                                                             bool create, bool* created) {
+FakeRegistry::Node* FakeRegistry::Node::walk(const std::u16string& path, bool create,
+                                             bool* created) {
     auto* node = this;
     for (const auto& part : splitPath(path)) {
         auto key = foldCase(part);
         auto it = node->children.find(key);
         if (it == node->children.end()) {
             if (!create) return nullptr;
-            it = node->children.emplace(key, std::make_unique<RegistryNode>()).first;
+            it = node->children.emplace(key, std::make_unique<Node>()).first;
             if (created) *created = true;
         }
         node = it->second.get();
@@ -36,26 +59,27 @@ FakePlatform::RegistryNode* FakePlatform::RegistryNode::walk(const std::u16strin
     return node;
 }
 
-RegistryValue* FakePlatform::RegistryNode::find(std::u16string_view name) {
+RegistryValue* FakeRegistry::Node::find(std::u16string_view name) {
     for (auto& [key, value] : values)
         if (equalsIgnoreCase(key, name)) return &value;
     return nullptr;
 }
 
-void FakePlatform::RegistryNode::set(const std::u16string& name, const RegistryValue& value) {
+void FakeRegistry::Node::set(const std::u16string& name, const RegistryValue& value) {
     if (auto* stored = find(name))
         *stored = value;
     else
         values.emplace_back(name, value);
 }
 
+namespace {
 class FakeKey : public RegistryKey {
 public:
-    FakeKey(FakePlatform& fake, FakePlatform::RegistryNode& node) : fake_(fake), node_(node) {}
+    FakeKey(FakeCalls& calls, FakeRegistry::Node& node) : calls_(calls), node_(node) {}
 
     std::uint32_t queryValue(const std::u16string& name, RegistryValue& out,
                              std::size_t bufferSize) override {
-        if (fake_.failing(Call::RegQueryValue)) return fake_.lastError_;
+        if (calls_.failing(Call::RegQueryValue)) return calls_.lastError;
         auto* value = node_.find(name);
         if (!value) return error::fileNotFound;
         if (value->data.size() > bufferSize) return error::moreData;
@@ -64,14 +88,14 @@ public:
     }
 
     std::uint32_t setValue(const std::u16string& name, const RegistryValue& value) override {
-        if (fake_.failing(Call::RegSetValue)) return fake_.lastError_;
+        if (calls_.failing(Call::RegSetValue)) return calls_.lastError;
         node_.set(name, value);
         return error::success;
     }
 
     std::uint32_t enumValue(std::uint32_t index, std::u16string& name,
                             RegistryValue& out) override {
-        if (fake_.failing(Call::RegEnumValue)) return fake_.lastError_;
+        if (calls_.failing(Call::RegEnumValue)) return calls_.lastError;
         if (index >= node_.values.size()) return error::noMoreItems;
         name = node_.values[index].first;
         out = node_.values[index].second;
@@ -79,7 +103,7 @@ public:
     }
 
     std::uint32_t valueCount(std::uint32_t& count) override {
-        if (fake_.failing(Call::RegQueryInfoKey)) return fake_.lastError_;
+        if (calls_.failing(Call::RegQueryInfoKey)) return calls_.lastError;
         count = static_cast<std::uint32_t>(node_.values.size());
         return error::success;
     }
@@ -87,44 +111,41 @@ public:
     std::uint32_t createSubKey(const std::u16string& path, std::uint32_t access,
                                std::unique_ptr<RegistryKey>& key,
                                std::uint32_t& disposition) override {
-        if (fake_.failing(Call::RegCreateKey, access)) return fake_.lastError_;
+        if (calls_.failing(Call::RegCreateKey, access)) return calls_.lastError;
         bool created = false;
-        key = std::make_unique<FakeKey>(fake_, *node_.walk(path, true, &created));
+        key = std::make_unique<FakeKey>(calls_, *node_.walk(path, true, &created));
         disposition = created ? regCreatedNewKey : regOpenedExistingKey;
         return error::success;
     }
 
     std::uint32_t openSubKey(const std::u16string& path, std::uint32_t access,
                              std::unique_ptr<RegistryKey>& key) override {
-        if (fake_.failing(Call::RegOpenKey, access)) return fake_.lastError_;
+        if (calls_.failing(Call::RegOpenKey, access)) return calls_.lastError;
         auto* node = node_.walk(path, false);
         if (!node) return error::fileNotFound;
-        key = std::make_unique<FakeKey>(fake_, *node);
+        key = std::make_unique<FakeKey>(calls_, *node);
         return error::success;
     }
 
 private:
-    FakePlatform& fake_;
-    FakePlatform::RegistryNode& node_;
+    FakeCalls& calls_;
+    FakeRegistry::Node& node_;
 };
+} // namespace
 
-std::unique_ptr<RegistryKey> FakePlatform::root(RegistryRoot root) {
-    return std::make_unique<FakeKey>(*this, *roots_[static_cast<int>(root)]);
+std::unique_ptr<RegistryKey> FakeRegistry::root(RegistryRoot root) {
+    return std::make_unique<FakeKey>(calls_, *roots_[static_cast<int>(root)]);
 }
 
-bool FakePlatform::hasOpenCurrentUser() {
-    return hasRegOpenCurrentUser;
-}
-
-std::uint32_t FakePlatform::openCurrentUser(std::uint32_t access,
+std::uint32_t FakeRegistry::openCurrentUser(std::uint32_t access,
                                             std::unique_ptr<RegistryKey>& key) {
     if (!hasRegOpenCurrentUser) return error::procNotFound;
-    if (failing(Call::RegOpenCurrentUser, access)) return lastError_;
+    if (calls_.failing(Call::RegOpenCurrentUser, access)) return calls_.lastError;
     key = root(RegistryRoot::CurrentUser);
     return error::success;
 }
 
-std::optional<RegistryValue> FakePlatform::registryValue(RegistryRoot root,
+std::optional<RegistryValue> FakeRegistry::registryValue(RegistryRoot root,
                                                          const std::u16string& path,
                                                          const std::u16string& name) {
     auto* node = roots_[static_cast<int>(root)]->walk(path, false);
@@ -133,7 +154,7 @@ std::optional<RegistryValue> FakePlatform::registryValue(RegistryRoot root,
     return *value;
 }
 
-void FakePlatform::setRegistryValue(RegistryRoot root, const std::u16string& path,
+void FakeRegistry::setRegistryValue(RegistryRoot root, const std::u16string& path,
                                     const std::u16string& name, const RegistryValue& value) {
     roots_[static_cast<int>(root)]->walk(path, true)->set(name, value);
 }
