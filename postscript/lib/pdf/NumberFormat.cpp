@@ -2,15 +2,8 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstring>
 
 std::size_t formatNumber(double value, char* at) {
-    // C libraries disagree on the sign of a NaN; give the same text everywhere.
-    if (std::isnan(value)) {
-        const char* text = std::signbit(value) ? "-nan" : "nan";
-        std::strcpy(at, text);
-        return std::strlen(text);
-    }
     const double magnitude = std::fabs(value);
     int decimals = 5;
     if (magnitude >= 10000)
@@ -21,8 +14,10 @@ std::size_t formatNumber(double value, char* at) {
         decimals = 3;
     else if (magnitude >= 1)
         decimals = 4;
-    // to_chars rounds the exact binary value as printf does, without its
-    // locale and format parsing: this runs for every coordinate of a job.
+    // to_chars rounds the exact binary value as glibc's printf does and spells
+    // NaN "nan" or "-nan" by its sign, the same on every system, without the
+    // locale and format parsing: this runs for every coordinate of a job. A
+    // NaN fails every comparison and takes the finest template, as in printf.
     char* end =
         std::to_chars(at, at + numberTextSize - 1, value, std::chars_format::fixed, decimals).ptr;
     if (decimals > 0) {
