@@ -88,10 +88,12 @@ TEST(SharedLibrary, ExportsTheConversionFaceByName) {
 
     // A page start keeps the language state; no record was made, and the
     // empty list still has an array.
-    const std::string before = stdOut(h, "stack ", 6);
+    const char* listed = stdOut(h, "stack ", 6);
+    ASSERT_NE(listed, nullptr);
+    const std::string before = listed;
     const float page[6] = {0.5f, 0, 0, 0.5f, 0, 0};
     startPage(h, page);
-    EXPECT_EQ(stdOut(h, "stack ", 6), before);
+    EXPECT_STREQ(stdOut(h, "stack ", 6), before.c_str());
     EXPECT_NE(before.find("(text)"), std::string::npos) << before;
     uint64_t records = 7;
     EXPECT_NE(objects(h, &records), nullptr);
