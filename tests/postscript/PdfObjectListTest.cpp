@@ -96,7 +96,8 @@ struct FindCase {
 };
 
 void PrintTo(const FindCase& row, std::ostream* os) {
-    *os << "kind " << row.kind << " \"" << row.bytes << "\" -> " << (row.found ? row.found : "none");
+    *os << "kind " << row.kind << " \"" << row.bytes << "\" -> "
+        << (row.found ? row.found : "none");
 }
 
 class FindObject : public PdfObjects, public ::testing::WithParamInterface<FindCase> {};
