@@ -30,7 +30,9 @@ public:
     // The first record of the kind, in creation order, whose data begins with
     // these bytes; a record with fewer bytes does not match. Null if none.
     PdfObject* findObject(int32_t kind, const unsigned char* bytes, std::size_t length) const;
-    // Destroys every record and the array last handed out.
+    // Destroys every record and the array last handed out. A record's heap
+    // fields are the C heap's; its procedure, when set, holds one count
+    // (addReference), which this gives back.
     void emptyObjects();
     // A snapshot of the records for the host: valid until the next call.
     PdfObject** handOut(uint64_t* count);
