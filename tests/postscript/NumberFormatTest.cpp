@@ -65,6 +65,12 @@ INSTANTIATE_TEST_SUITE_P(
         NumberCase{10000.5, "10000"}, NumberCase{10001.5, "10002"}, NumberCase{1000.25, "1000.2"},
         NumberCase{1000.75, "1000.8"}, NumberCase{100.0625, "100.062"},
         NumberCase{1.03125, "1.0312"}, NumberCase{0.015625, "0.01562"},
+        // Decimal ties that the binary value misses by a hair: the exact
+        // digits decide, whatever a scaled product says.
+        NumberCase{2.00005, "2"}, NumberCase{2.00015, "2.0002"}, NumberCase{-3.00005, "-3"},
+        NumberCase{12.0005, "12.001"}, NumberCase{1000.05, "1000"}, NumberCase{1000.15, "1000.1"},
+        NumberCase{0.123455, "0.12345"}, NumberCase{-4.9999999999e-6, "0"},
+        NumberCase{-5.0000000001e-6, "-0.00001"},
         // Tiny values, signs and negative zero.
         NumberCase{0.00001, "0.00001"}, NumberCase{0.000005, "0.00001"}, NumberCase{0.0000049, "0"},
         NumberCase{1.5e-5, "0.00002"}, NumberCase{-0.000001, "0"}, NumberCase{-0.0, "0"},
@@ -121,7 +127,8 @@ std::string byPrintf(double value) {
 }
 
 // A million values against glibc's printf: every band, the thresholds and
-// what lies just below them, exact ties, tiny, huge and any bit pattern.
+// what lies just below them, exact binary ties and values a few ulps from a
+// decimal tie, tiny, huge and any bit pattern.
 // Under Wine the C library's printf is another, so only the rows above run.
 TEST(FormatNumberProperty, MatchesPrintfOnAMillionValues) {
 #ifdef _WIN32
@@ -130,6 +137,7 @@ TEST(FormatNumberProperty, MatchesPrintfOnAMillionValues) {
     std::mt19937_64 random(20261123);
     std::uniform_real_distribution<double> unit(0, 1);
     const double thresholds[] = {1, 10, 100, 1000, 10000};
+    // The decimals of the band below each threshold.
     const int decimalsBelow[] = {5, 4, 3, 3, 1};
     auto value = [&](int kind) -> double {
         const double sign = random() & 1 ? -1 : 1;
@@ -155,6 +163,17 @@ TEST(FormatNumberProperty, MatchesPrintfOnAMillionValues) {
             const double odd = static_cast<double>(2 * (random() % 2000000) + 1);
             return sign * std::ldexp(odd, -(precision + 1));
         }
+        case 5: // a few ulps from a decimal tie of the value's band
+        {
+            const double low = t == 0 ? 0 : thresholds[t - 1];
+            const double scale = std::pow(10.0, decimalsBelow[t]);
+            const double k = std::floor((low + unit(random) * (thresholds[t] - low)) * scale);
+            double tie = (k + 0.5) / scale;
+            for (int steps = static_cast<int>(random() % 7) - 3; steps != 0;
+                 steps += steps > 0 ? -1 : 1)
+                tie = std::nextafter(tie, steps > 0 ? 1e300 : -1e300);
+            return sign * tie;
+        }
         default: // any bit pattern: denormals, huge values, infinities, NaNs
         {
             const uint64_t bits = random();
@@ -166,7 +185,7 @@ TEST(FormatNumberProperty, MatchesPrintfOnAMillionValues) {
     };
     int mismatches = 0;
     for (int i = 0; i < 1200000 && mismatches < 10; ++i) {
-        const double v = value(i % 6);
+        const double v = value(i % 7);
         const std::string expected = byPrintf(v);
         const std::string actual = formatted(v);
         if (actual != expected) {
