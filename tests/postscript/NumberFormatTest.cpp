@@ -106,8 +106,9 @@ INSTANTIATE_TEST_SUITE_P(
         return "row" + std::to_string(info.index);
     });
 
-// The format as printf gives it: the template by the value before rounding,
-// then the trimming.
+#ifndef _WIN32
+// The format as glibc's printf gives it: the template by the value before
+// rounding, then the trimming.
 std::string byPrintf(double value) {
     const double a = std::fabs(value);
     const char* format = a >= 10000  ? "%.0f"
@@ -125,6 +126,7 @@ std::string byPrintf(double value) {
     if (s.back() == '.') s.pop_back();
     return s == "-0" ? "0" : s;
 }
+#endif
 
 // A million values against glibc's printf: every band, the thresholds and
 // what lies just below them, exact binary ties and values a few ulps from a
