@@ -20,7 +20,7 @@ PSHandle PSOpen(const float* matrix) {
     for (int i = 0; i < 6; ++i)
         widened[i] = matrix[i];
     try {
-        return reinterpret_cast<PSHandle>(new Postscript2Pdf(widened));
+        return reinterpret_cast<PSHandle>(new Postscript2Pdf(widened, PdfObjectList::process()));
     } catch (...) {
         return nullptr;
     }
@@ -28,6 +28,17 @@ PSHandle PSOpen(const float* matrix) {
 
 void PSClose(PSHandle handle) {
     delete translator(handle);
+}
+
+void PSStartPage(PSHandle handle, const float* matrix) {
+    if (!handle || !matrix) return;
+    double widened[6];
+    for (int i = 0; i < 6; ++i)
+        widened[i] = matrix[i];
+    try {
+        translator(handle)->startPage(widened);
+    } catch (...) {
+    }
 }
 
 const char* PSConvertToPdf(PSHandle handle, const unsigned char* data, uint32_t* length) {
@@ -73,6 +84,15 @@ const char* PSExecuteReturnStdOut(PSHandle handle, const char* text, uint32_t le
 const char* PSGetErrorStr(PSHandle handle) {
     if (!handle) return nullptr;
     return translator(handle)->errorText.c_str();
+}
+
+PdfObject** PSGetPdfObjects(PSHandle handle, uint64_t* count) {
+    if (!handle || !count) return nullptr;
+    try {
+        return translator(handle)->pdfObjects->handOut(count);
+    } catch (...) {
+        return nullptr;
+    }
 }
 
 } // extern "C"

@@ -3,6 +3,12 @@
 #include "core/Interpreter.h"
 #include "core/PostscriptException.h"
 
+PostscriptObject* ArrayData::requiredAt(std::size_t index) const {
+    PostscriptObject* element = items.at(index);
+    if (!element) PS_THROW("No object at given array index");
+    return element;
+}
+
 void ArrayObject::execute(Interpreter& interpreter) {
     ObjectStack& elements = items();
     if (elements.empty()) return;

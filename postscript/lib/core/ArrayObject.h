@@ -9,6 +9,10 @@ public:
         : CompositeData(ps_array), bracket(bracket),
           items(bracket == '{' ? "Array { Stack" : "Array [ Stack") {}
     void releaseContents() override { items.clear(); }
+    // An element of an array read as a record of fixed size, such as a
+    // matrix: past the end or an empty slot fails with "No object at given
+    // array index".
+    PostscriptObject* requiredAt(std::size_t index) const;
 
     char bracket; // '[' for an array, '{' for a procedure
     ObjectStack items;

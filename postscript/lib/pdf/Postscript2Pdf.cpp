@@ -1,15 +1,21 @@
 #include "pdf/Postscript2Pdf.h"
 
+#include "core/ArrayObject.h"
 #include "core/PostscriptException.h"
+#include "core/ValueObjects.h"
 #include "operators/LanguageOperators.h"
 #include "pdf/GraphicsOperators.h"
+#include "pdf/NumberFormat.h"
 #include "platform/DebugOutput.h"
 
 #include <cstring>
+#include <initializer_list>
 
-Postscript2Pdf::Postscript2Pdf(const double matrix[6]) {
+Postscript2Pdf::Postscript2Pdf(const double matrix[6], PdfObjectList& objects)
+    : pdfObjects(&objects) {
     for (int i = 0; i < 6; ++i)
         defaultMatrix[i] = matrix[i];
+    pushDefaultState();
     interpreter = std::make_unique<Interpreter>();
     generatedOps = std::make_unique<ImplementedGenOps>(interpreter.get());
     installLanguage(*interpreter, *generatedOps);
@@ -33,4 +39,67 @@ bool Postscript2Pdf::executeBuffer(const unsigned char* data, uint32_t length) {
         platform::outputDebugString(errorText);
         return false;
     }
+}
+
+void Postscript2Pdf::startPage(const double matrix[6]) {
+    for (int i = 0; i < 6; ++i)
+        defaultMatrix[i] = matrix[i];
+    pendingMoveto = false;
+    insidePattern = false;
+    // Popping the last state leaves a default one under the new matrix.
+    for (std::size_t n = graphicsStates.size(); n > 0; --n)
+        popState();
+    if (graphicsStates.empty()) pushDefaultState();
+}
+
+void Postscript2Pdf::pushDefaultState() {
+    graphicsStates.push_back(std::make_unique<GraphicsState>(defaultMatrix));
+}
+
+void Postscript2Pdf::popState() {
+    if (graphicsStates.empty()) PS_THROW("No graphics states to pop");
+    graphicsStates.pop_back();
+    if (graphicsStates.empty()) pushDefaultState();
+}
+
+void Postscript2Pdf::writeNumber(double value) {
+    char text[numberTextSize];
+    std::size_t length = formatNumber(value, text);
+    text[length++] = ' ';
+    contentText.append(text, length);
+}
+
+void Postscript2Pdf::writePoint(const char* op) {
+    GraphicsState& state = currentState();
+    writeNumber(state.currentX);
+    writeNumber(state.currentY);
+    contentText.append(op, std::strlen(op));
+    contentText.append("\n", 1);
+    if (op[0] == 'm') state.pathStarted = true;
+}
+
+void Postscript2Pdf::writeCurve(double x1, double y1, double x2, double y2, double x3, double y3) {
+    for (double value : {x1, y1, x2, y2, x3, y3})
+        writeNumber(value);
+    contentText.append("c\n", 2);
+}
+
+void Postscript2Pdf::writeMatrix(const double m[6], const char* op) {
+    auto vanishes = [](double value) { return value > -0.0001 && value < 0.0001; };
+    if (vanishes(m[0]) && vanishes(m[3]) && vanishes(m[1]) && vanishes(m[2])) return;
+    for (int i = 0; i < 6; ++i)
+        writeNumber(m[i]);
+    contentText.append(op, std::strlen(op));
+    contentText.append("\n", 1);
+}
+
+void Postscript2Pdf::readMatrix(const ArrayData& array, double m[6]) {
+    for (int i = 5; i >= 0; --i)
+        m[i] = objectToNumber(array.requiredAt(static_cast<std::size_t>(i)));
+}
+
+void Postscript2Pdf::storeMatrix(ArrayData& array, const double m[6]) {
+    array.items.clear();
+    for (int i = 0; i < 6; ++i)
+        array.items.push(new RealObject(m[i]));
 }

@@ -57,7 +57,9 @@ TEST(SharedLibrary, ExportsTheConversionFaceByName) {
     auto doubles = library.find<decltype(&PSExecuteReturnDoubles)>("PSExecuteReturnDoubles");
     auto stdOut = library.find<decltype(&PSExecuteReturnStdOut)>("PSExecuteReturnStdOut");
     auto error = library.find<decltype(&PSGetErrorStr)>("PSGetErrorStr");
-    ASSERT_TRUE(open && close && convert && doubles && stdOut && error);
+    auto startPage = library.find<decltype(&PSStartPage)>("PSStartPage");
+    auto objects = library.find<decltype(&PSGetPdfObjects)>("PSGetPdfObjects");
+    ASSERT_TRUE(open && close && convert && doubles && stdOut && error && startPage && objects);
 
     const float identity[6] = {1, 0, 0, 1, 0, 0};
     PSHandle h = open(identity);
@@ -83,6 +85,19 @@ TEST(SharedLibrary, ExportsTheConversionFaceByName) {
     EXPECT_NE(text.find("] Expected ps_array at Mark execute\n"), std::string::npos);
     length = 2;
     EXPECT_NE(convert(h, reinterpret_cast<const unsigned char*>("5 "), &length), nullptr);
+
+    // A page start keeps the language state; no record was made, and the
+    // empty list still has an array.
+    const char* listed = stdOut(h, "stack ", 6);
+    ASSERT_NE(listed, nullptr);
+    const std::string before = listed;
+    const float page[6] = {0.5f, 0, 0, 0.5f, 0, 0};
+    startPage(h, page);
+    EXPECT_STREQ(stdOut(h, "stack ", 6), before.c_str());
+    EXPECT_NE(before.find("(text)"), std::string::npos) << before;
+    uint64_t records = 7;
+    EXPECT_NE(objects(h, &records), nullptr);
+    EXPECT_EQ(records, 0u);
     close(h);
 }
 
