@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 int main(int argc, char** argv) {
@@ -18,7 +17,11 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "ps_feed: cannot read %s\n", argv[1]);
         return 2;
     }
-    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::string text;
+    in.seekg(0, std::ios::end);
+    text.resize(static_cast<std::size_t>(in.tellg()));
+    in.seekg(0);
+    in.read(text.data(), static_cast<std::streamsize>(text.size()));
     const std::size_t piece = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 64 << 10;
     if (piece == 0) return 2;
     const float identity[6] = {1, 0, 0, 1, 0, 0};

@@ -31,12 +31,6 @@ std::string NameObject::describe() const {
 }
 
 void NameObject::execute(Interpreter& interpreter) {
-    PostscriptObject* value = interpreter.dictionaries->lookupName(atom);
-    if (value) {
-        armProcedure(value);
-        interpreter.executionStack->push(value);
-        return;
-    }
-    // There is no "undefined": an unknown name becomes a string of its text.
-    interpreter.operandStack->push(interpreter.makeString(atom->text));
+    if (PostscriptObject* found = interpreter.executeName(this))
+        interpreter.executionStack->push(found);
 }

@@ -63,6 +63,15 @@ public:
     }
     ~NameObject() override { --atom->users; }
 
+    // A name and nothing more: its execute is the look-up below, which the
+    // run loop may do in place. Operators, which derive from this class,
+    // never are.
+    static NameObject* makePlain(const NameAtom* atom, bool executable) {
+        auto* name = new NameObject(atom, executable);
+        name->plain = true;
+        return name;
+    }
+
     const std::string& text() const { return atom->text; }
 
     void execute(Interpreter& interpreter) override;
@@ -72,8 +81,10 @@ public:
     // A plain executable name with the same text, also for operators: the
     // clone finds the operator again by look-up.
     PostscriptObject* clone(VirtualMemoryObject*) const override {
-        return new NameObject(atom, true);
+        return makePlain(atom, true);
     }
 
+    // In the base's tail padding: a name stays 32 bytes.
+    bool plain = false;
     const NameAtom* atom;
 };

@@ -1,6 +1,6 @@
 #include "core/ObjectPool.h"
 
-#include "core/SpinLock.h"
+#include "core/PostscriptObject.h"
 
 #include <cstdint>
 #include <mutex>
@@ -9,11 +9,137 @@
 
 namespace objectpool {
 
+// What every pool has, also in sanitizer builds: the work list of destroy().
+class Pool {
+public:
+    explicit Pool(bool shared) : shared(shared) {}
+    Pool(const Pool&) = delete;
+    Pool& operator=(const Pool&) = delete;
+    ~Pool();
+
+    void destroy(PostscriptObject* object) noexcept;
+
+    const bool shared;
+    std::mutex lock; // taken for the shared pool only
+    bool draining = false;
+    std::vector<PostscriptObject*> pending;
+
+#if !defined(KEL_NO_POOL)
+    void* take(std::size_t sizeClass);
+    // True when the pool was retired and this was its last object.
+    bool give(void* p, std::size_t sizeClass) noexcept;
+    bool retire() noexcept;
+
+private:
+    struct FreeNode {
+        FreeNode* next;
+    };
+    FreeNode* free_[8] = {};
+    char* cursor_ = nullptr;
+    char* limit_ = nullptr;
+    void* chunks_ = nullptr;
+    std::size_t live_ = 0;
+    bool retired_ = false;
+#endif
+};
+
+namespace {
+
+// Trivial on purpose: a pointer needs no construction or destruction per
+// thread, which the emulated TLS of mingw-w64 handles without trouble.
+constinit thread_local Pool* current = nullptr;
+
+Pool& sharedPool() {
+    static Pool* pool = new Pool(true); // kept reachable on purpose: objects may outlive main
+    return *pool;
+}
+
+} // namespace
+
+Scope::Scope(Pool* pool) noexcept : previous_(current) {
+    current = pool;
+}
+
+Scope::~Scope() {
+    current = previous_;
+}
+
+void Pool::destroy(PostscriptObject* object) noexcept {
+    // A destructor that lets go of more objects only queues them.
+    if (draining) {
+        try {
+            pending.push_back(object);
+            return;
+        } catch (...) {
+            // No room to queue: delete it right here, recursively.
+        }
+        delete object;
+        return;
+    }
+    draining = true;
+    delete object;
+    while (!pending.empty()) {
+        PostscriptObject* next = pending.back();
+        pending.pop_back();
+        delete next;
+    }
+    draining = false;
+}
+
+void destroy(PostscriptObject* object) noexcept {
+    if (Pool* pool = current) {
+        pool->destroy(object);
+        return;
+    }
+    // Outside every scope the shared list serves all threads. The lock is
+    // not held while deleting, which frees into that same pool.
+    Pool& shared = sharedPool();
+    bool outermost = false;
+    {
+        std::lock_guard<std::mutex> guard(shared.lock);
+        if (shared.draining) {
+            try {
+                shared.pending.push_back(object);
+                return;
+            } catch (...) {
+            }
+        } else {
+            shared.draining = outermost = true;
+        }
+    }
+    delete object;
+    if (!outermost) return;
+    for (;;) {
+        PostscriptObject* next;
+        {
+            std::lock_guard<std::mutex> guard(shared.lock);
+            if (shared.pending.empty()) {
+                shared.draining = false;
+                return;
+            }
+            next = shared.pending.back();
+            shared.pending.pop_back();
+        }
+        delete next;
+    }
+}
+
 #if defined(KEL_NO_POOL)
+
+Pool::~Pool() = default;
+
+OwnedPool makePool() {
+    return OwnedPool(new Pool(false));
+}
+
+void Retire::operator()(Pool* pool) const noexcept {
+    delete pool;
+}
 
 void* allocate(std::size_t size) {
     return ::operator new(size);
 }
+
 void deallocate(void* p, std::size_t) noexcept {
     ::operator delete(p);
 }
@@ -24,80 +150,101 @@ namespace {
 
 constexpr std::size_t granule = 16;
 constexpr std::size_t classCount = 8; // up to 128 bytes
+// Chunks are aligned to their size, so the chunk of any object, and its
+// header naming the pool, is found from the object's address.
 constexpr std::size_t chunkSize = 64 * 1024;
+constexpr std::align_val_t chunkAlignment{chunkSize};
 
-struct FreeNode {
-    FreeNode* next;
+struct ChunkHeader {
+    Pool* owner;
+    void* next;
 };
+constexpr std::size_t headerSize = (sizeof(ChunkHeader) + granule - 1) / granule * granule;
 
-// Chunks are never returned: an object may be freed by another thread than
-// the one that made it, after that thread ended. Free lists only ever hold
-// what was live at the peak, so the pool is bounded by live data.
-char* newChunk() {
-    static std::mutex lock;
-    static auto* chunks = new std::vector<void*>; // kept reachable on purpose
-    std::lock_guard<std::mutex> guard(lock);
-    chunks->push_back(::operator new(chunkSize));
-    return static_cast<char*>(chunks->back());
+std::size_t sizeClass(std::size_t size) {
+    return (size + granule - 1) / granule;
 }
 
-// One pool for the process, not one per thread: with a thread_local pool the
-// mingw-w64 build (emulated TLS) crashed in C++ exception unwinding under
-// Wine. Handles are used one thread at a time, so the lock is not contended;
-// it only keeps misuse from corrupting the lists.
-struct Pools {
-    SpinLock busy;
-    FreeNode* free[classCount] = {};
-    char* cursor = nullptr;
-    char* limit = nullptr;
-
-    void* carve(std::size_t bytes) {
-        if (static_cast<std::size_t>(limit - cursor) < bytes) {
-            cursor = newChunk();
-            limit = cursor + chunkSize;
-        }
-        void* p = cursor;
-        cursor += bytes;
-        return p;
-    }
-};
-
-Pools& pools() {
-    static Pools p;
-    return p;
+ChunkHeader* chunkOf(void* p) {
+    return reinterpret_cast<ChunkHeader*>(reinterpret_cast<std::uintptr_t>(p) & ~(chunkSize - 1));
 }
-
-using Locked = SpinLock::Guard;
 
 } // namespace
 
-void* allocate(std::size_t size) {
-    std::size_t cls = (size + granule - 1) / granule;
-    if (cls == 0 || cls > classCount) return ::operator new(size);
-    Pools& p = pools();
-    Locked lock(p.busy);
-    FreeNode*& head = p.free[cls - 1];
-    if (head) {
-        FreeNode* n = head;
-        head = n->next;
-        return n;
+Pool::~Pool() {
+    for (void* chunk = chunks_; chunk;) {
+        void* next = static_cast<ChunkHeader*>(chunk)->next;
+        ::operator delete(chunk, chunkAlignment);
+        chunk = next;
     }
-    return p.carve(cls * granule);
 }
 
-void deallocate(void* ptr, std::size_t size) noexcept {
-    if (!ptr) return;
-    std::size_t cls = (size + granule - 1) / granule;
+void* Pool::take(std::size_t cls) {
+    FreeNode*& head = free_[cls - 1];
+    if (head) {
+        FreeNode* node = head;
+        head = node->next;
+        ++live_;
+        return node;
+    }
+    const std::size_t bytes = cls * granule;
+    if (static_cast<std::size_t>(limit_ - cursor_) < bytes) {
+        auto* chunk = static_cast<char*>(::operator new(chunkSize, chunkAlignment));
+        *reinterpret_cast<ChunkHeader*>(chunk) = ChunkHeader{this, chunks_};
+        chunks_ = chunk;
+        cursor_ = chunk + headerSize;
+        limit_ = chunk + chunkSize;
+    }
+    void* p = cursor_;
+    cursor_ += bytes;
+    ++live_;
+    return p;
+}
+
+bool Pool::give(void* p, std::size_t cls) noexcept {
+    auto* node = static_cast<FreeNode*>(p);
+    node->next = free_[cls - 1];
+    free_[cls - 1] = node;
+    return --live_ == 0 && retired_;
+}
+
+bool Pool::retire() noexcept {
+    retired_ = true;
+    return live_ == 0;
+}
+
+OwnedPool makePool() {
+    return OwnedPool(new Pool(false));
+}
+
+void Retire::operator()(Pool* pool) const noexcept {
+    // Objects that outlive their interpreter keep the pool until they go.
+    if (pool->retire()) delete pool;
+}
+
+void* allocate(std::size_t size) {
+    const std::size_t cls = sizeClass(size);
+    if (cls == 0 || cls > classCount) return ::operator new(size);
+    if (Pool* pool = current) return pool->take(cls);
+    Pool& shared = sharedPool();
+    std::lock_guard<std::mutex> guard(shared.lock);
+    return shared.take(cls);
+}
+
+void deallocate(void* p, std::size_t size) noexcept {
+    if (!p) return;
+    const std::size_t cls = sizeClass(size);
     if (cls == 0 || cls > classCount) {
-        ::operator delete(ptr);
+        ::operator delete(p);
         return;
     }
-    Pools& p = pools();
-    Locked lock(p.busy);
-    FreeNode*& head = p.free[cls - 1];
-    FreeNode* n = static_cast<FreeNode*>(ptr);
-    n->next = head;
-    head = n;
+    Pool* owner = chunkOf(p)->owner;
+    if (owner->shared) {
+        std::lock_guard<std::mutex> guard(owner->lock);
+        owner->give(p, cls);
+        return;
+    }
+    if (owner->give(p, cls)) delete owner;
 }
 
 #endif

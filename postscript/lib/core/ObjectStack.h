@@ -13,8 +13,19 @@ public:
     ObjectStack& operator=(const ObjectStack&) = delete;
     ~ObjectStack() { clear(); }
 
-    void push(PostscriptObject* object);
-    PostscriptObject* pop();
+    // Inline: every token and every step of a procedure goes through these.
+    void push(PostscriptObject* object) {
+        if (!object) failNullPush();
+        items.push_back(object);
+        ++object->refCount;
+    }
+    PostscriptObject* pop() {
+        if (items.empty()) failEmptyPop();
+        PostscriptObject* object = items.back();
+        items.pop_back();
+        --object->refCount;
+        return object;
+    }
     // pop(), then insist on the type: "Expected <type> at <who>". A wrong
     // object is off the stack by then.
     PostscriptObject* popTyped(uint32_t tag, const char* who);
@@ -32,4 +43,7 @@ public:
 
     std::vector<PostscriptObject*> items;
     const char* name;
+
+    [[noreturn]] static void failNullPush();
+    [[noreturn]] static void failEmptyPop();
 };

@@ -56,7 +56,7 @@ void Parser::backChar() {
 }
 
 PostscriptObject* Parser::makeName(std::string_view text, bool executable) {
-    return new NameObject(names->intern(text), executable);
+    return NameObject::makePlain(names->intern(text), executable);
 }
 
 PostscriptObject* Parser::makeString(std::string_view text, const char* filter) {

@@ -10,6 +10,8 @@ Postscript2Pdf::Postscript2Pdf(const double matrix[6]) {
     for (int i = 0; i < 6; ++i)
         defaultMatrix[i] = matrix[i];
     interpreter = std::make_unique<Interpreter>();
+    // The operators are the interpreter's objects: from its pool.
+    objectpool::Scope scope(interpreter->pool.get());
     generatedOps = std::make_unique<ImplementedGenOps>(interpreter.get());
     installLanguage(*interpreter, *generatedOps);
 }
