@@ -33,6 +33,7 @@ public:
     PostscriptObject* lookupText(std::string_view text) const;
     // lookupText for a name, answered from its cache while nothing changed.
     PostscriptObject* lookupName(const NameAtom* atom) const;
+    PostscriptObject* lookupHashed(std::string_view text, uint64_t hash) const;
 
     // Off only to measure what the cache saves.
     bool useLookupCache = true;

@@ -34,7 +34,7 @@ private:
     struct FreeNode {
         FreeNode* next;
     };
-    FreeNode* free_[8] = {};
+    FreeNode* free_[10] = {};
     char* cursor_ = nullptr;
     char* limit_ = nullptr;
     void* chunks_ = nullptr;
@@ -149,7 +149,7 @@ void deallocate(void* p, std::size_t) noexcept {
 namespace {
 
 constexpr std::size_t granule = 16;
-constexpr std::size_t classCount = 8; // up to 128 bytes
+constexpr std::size_t classCount = 10; // up to 160 bytes: a dictionary body too
 // Chunks are aligned to their size, so the chunk of any object, and its
 // header naming the pool, is found from the object's address.
 constexpr std::size_t chunkSize = 64 * 1024;

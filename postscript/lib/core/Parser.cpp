@@ -240,8 +240,11 @@ PostscriptObject* Parser::endToken(PostscriptObject* object) {
 }
 
 PostscriptObject* Parser::finishToken() {
-    std::string_view text(token);
-    text = text.substr(0, text.find('\0'));
+    // Up to a NUL, by hand: memchr is a call, and tokens are short.
+    std::size_t length = 0;
+    while (length < token.size() && token[length] != '\0')
+        ++length;
+    const std::string_view text(token.data(), length);
     PostscriptObject* result = nullptr;
     int32_t value = 0;
     if (numbers::parseIntegerToken(text, value)) result = new IntegerObject(value);
