@@ -62,9 +62,8 @@ void DictionarySet::popTo(std::size_t depth) {
         releaseIfUnreferenced(pop());
 }
 
-PostscriptObject* DictionarySet::lookupName(const NameAtom* atom) const {
+PostscriptObject* DictionarySet::lookupNameAfresh(const NameAtom* atom) const {
     if (!useLookupCache) return lookupHashed(atom->text, atom->hash);
-    if (atom->cacheStamp == names->stamp) return atom->cachedValue;
     PostscriptObject* value = lookupHashed(atom->text, atom->hash);
     atom->cachedValue = value;
     atom->cacheStamp = names->stamp;

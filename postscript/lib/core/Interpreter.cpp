@@ -127,7 +127,7 @@ PostscriptObject* Interpreter::executeName(NameObject* name) {
         operandStack->push(makeString(name->text()));
         return nullptr;
     }
-    armProcedure(value);
+    if (value->type == ps_array) armProcedure(value);
     if (!value->executable) {
         operandStack->push(value);
         return nullptr;
