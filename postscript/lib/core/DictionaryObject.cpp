@@ -76,10 +76,12 @@ void DictionaryData::putEntry(std::string_view keyText, PostscriptObject* value,
     ++value->refCount;
     if (observer) {
         // A name key brings its entry along: no search of the table by text.
-        if (atom)
-            atom->cacheStamp = 0;
-        else
+        if (!atom)
             observer->keyChanged(keyText);
+        else if (observer->topBody == this)
+            observer->definedOnTop(atom, value);
+        else
+            atom->cacheStamp = 0;
     }
     const uint64_t hash = atom ? atom->hash : textHash(keyText);
     try {

@@ -38,6 +38,7 @@ DictionarySet::~DictionarySet() {
     for (const char* name : dictionaryNames)
         systemData->remove(name);
     dictionaryStack.reset();
+    names->topBody = nullptr;
     for (DictionaryObject* held : {systemDict, globalDict, userDict, errorDict, fontDirectory})
         releaseReference(held);
 }
@@ -48,13 +49,21 @@ void DictionarySet::push(PostscriptObject* dictionary) {
         DictionaryData* body = static_cast<DictionaryObject*>(dictionary)->dictionaryData();
         if (!body->observer) body->observer = names;
     }
-    names->forgetAll();
+    stackChanged();
 }
 
 PostscriptObject* DictionarySet::pop() {
     PostscriptObject* top = dictionaryStack->pop();
-    names->forgetAll();
+    stackChanged();
     return top;
+}
+
+void DictionarySet::stackChanged() {
+    names->forgetAll();
+    const PostscriptObject* top = dictionaryStack->top();
+    names->topBody = top && top->type == ps_dictionary
+                         ? static_cast<const DictionaryObject*>(top)->dictionaryData()
+                         : nullptr;
 }
 
 void DictionarySet::popTo(std::size_t depth) {

@@ -58,4 +58,7 @@ public:
     NameTable* names;
     DictionaryObject* fontDirectory;
     std::unique_ptr<ObjectStack> dictionaryStack;
+
+private:
+    void stackChanged();
 };

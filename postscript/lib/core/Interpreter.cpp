@@ -47,6 +47,28 @@ Interpreter::~Interpreter() {
     releaseReference(memory->globalMemory);
 }
 
+inline PostscriptObject* Interpreter::nextFromExecutionStack() {
+    PostscriptObject* top = executionStack->items.back();
+    if (top->type != ps_array || !top->executable) return executionStack->pop();
+    // A running procedure steps where it stands: the same as popping it, and
+    // pushing it back under its next element, which is popped at once.
+    auto* procedure = static_cast<ArrayObject*>(top);
+    const ObjectStack& elements = procedure->items();
+    if (procedure->execIndex < elements.size()) {
+        PostscriptObject* element = elements.items[procedure->execIndex++];
+        if (!element) ObjectStack::failNullPush();
+        return element;
+    }
+    executionStack->pop();
+    // An empty procedure just goes; a finished one is literal again.
+    if (!elements.empty()) {
+        procedure->executable = false;
+        procedure->execIndex = 0;
+    }
+    releaseIfUnreferenced(procedure);
+    return nullptr;
+}
+
 void Interpreter::run(const unsigned char* buffer, std::size_t length) {
     objectpool::Scope scope(pool.get());
     stdoutText.clear();
@@ -96,28 +118,6 @@ void Interpreter::run(const unsigned char* buffer, std::size_t length) {
             object = found;
         }
     }
-}
-
-PostscriptObject* Interpreter::nextFromExecutionStack() {
-    PostscriptObject* top = executionStack->items.back();
-    if (top->type != ps_array || !top->executable) return executionStack->pop();
-    // A running procedure steps where it stands: the same as popping it, and
-    // pushing it back under its next element, which is popped at once.
-    auto* procedure = static_cast<ArrayObject*>(top);
-    const ObjectStack& elements = procedure->items();
-    if (procedure->execIndex < elements.size()) {
-        PostscriptObject* element = elements.items[procedure->execIndex++];
-        if (!element) ObjectStack::failNullPush();
-        return element;
-    }
-    executionStack->pop();
-    // An empty procedure just goes; a finished one is literal again.
-    if (!elements.empty()) {
-        procedure->executable = false;
-        procedure->execIndex = 0;
-    }
-    releaseIfUnreferenced(procedure);
-    return nullptr;
 }
 
 PostscriptObject* Interpreter::executeName(NameObject* name) {

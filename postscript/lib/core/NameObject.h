@@ -44,8 +44,16 @@ public:
     // stack, or a dictionary emptied, forgets all.
     void keyChanged(std::string_view text);
     void forgetAll() { ++stamp; }
+    // A name defined in the top dictionary looks up to the new value at once.
+    void definedOnTop(const NameAtom* atom, PostscriptObject* value) const {
+        atom->cachedValue = value;
+        atom->cacheStamp = stamp;
+    }
 
     uint64_t stamp = 1;
+    // The body of the dictionary on top of the stack, or null when the top is
+    // not a dictionary.
+    const void* topBody = nullptr;
 
 private:
     struct Slot {
