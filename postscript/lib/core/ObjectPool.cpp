@@ -2,17 +2,22 @@
 
 #include "core/PostscriptObject.h"
 
-#include <cstdint>
 #include <mutex>
 #include <new>
 #include <vector>
 
 namespace objectpool {
 
-// What every pool has, also in sanitizer builds: the work list of destroy().
-class Pool {
+#if defined(KEL_NO_POOL)
+struct PoolBase {};
+#else
+using PoolBase = detail::Lists;
+#endif
+
+// The free lists (where there are any) and the work list of destroy().
+class Pool : public PoolBase {
 public:
-    explicit Pool(bool shared) : shared(shared) {}
+    explicit Pool(bool shared);
     Pool(const Pool&) = delete;
     Pool& operator=(const Pool&) = delete;
     ~Pool();
@@ -25,29 +30,35 @@ public:
     std::vector<PostscriptObject*> pending;
 
 #if !defined(KEL_NO_POOL)
-    void* take(std::size_t sizeClass);
-    // True when the pool was retired and this was its last object.
-    bool give(void* p, std::size_t sizeClass) noexcept;
-    bool retire() noexcept;
+    void* take(std::size_t index);
+    void give(void* p, std::size_t index) noexcept;
+    bool retired = false;
 
 private:
-    struct FreeNode {
-        FreeNode* next;
-    };
-    FreeNode* free_[10] = {};
     char* cursor_ = nullptr;
     char* limit_ = nullptr;
     void* chunks_ = nullptr;
-    std::size_t live_ = 0;
-    bool retired_ = false;
 #endif
 };
 
 namespace {
 
-// Trivial on purpose: a pointer needs no construction or destruction per
-// thread, which the emulated TLS of mingw-w64 handles without trouble.
+#if defined(KEL_NO_POOL)
 constinit thread_local Pool* current = nullptr;
+Pool* currentPool() {
+    return current;
+}
+void setCurrent(Pool* pool) {
+    current = pool;
+}
+#else
+Pool* currentPool() {
+    return static_cast<Pool*>(detail::current);
+}
+void setCurrent(Pool* pool) {
+    detail::current = pool;
+}
+#endif
 
 Pool& sharedPool() {
     static Pool* pool = new Pool(true); // kept reachable on purpose: objects may outlive main
@@ -56,12 +67,12 @@ Pool& sharedPool() {
 
 } // namespace
 
-Scope::Scope(Pool* pool) noexcept : previous_(current) {
-    current = pool;
+Scope::Scope(Pool* pool) noexcept : previous_(currentPool()) {
+    setCurrent(pool);
 }
 
 Scope::~Scope() {
-    current = previous_;
+    setCurrent(previous_);
 }
 
 void Pool::destroy(PostscriptObject* object) noexcept {
@@ -87,7 +98,7 @@ void Pool::destroy(PostscriptObject* object) noexcept {
 }
 
 void destroy(PostscriptObject* object) noexcept {
-    if (Pool* pool = current) {
+    if (Pool* pool = currentPool()) {
         pool->destroy(object);
         return;
     }
@@ -124,52 +135,40 @@ void destroy(PostscriptObject* object) noexcept {
     }
 }
 
-#if defined(KEL_NO_POOL)
-
-Pool::~Pool() = default;
-
 OwnedPool makePool() {
     return OwnedPool(new Pool(false));
 }
+
+#if defined(KEL_NO_POOL)
+
+Pool::Pool(bool shared) : shared(shared) {}
+
+Pool::~Pool() = default;
 
 void Retire::operator()(Pool* pool) const noexcept {
     delete pool;
 }
 
-void* allocate(std::size_t size) {
-    return ::operator new(size);
-}
-
-void deallocate(void* p, std::size_t) noexcept {
-    ::operator delete(p);
-}
-
 #else
+
+namespace detail {
+
+KEL_POOL_TLS constinit thread_local Lists* current = nullptr;
+
+} // namespace detail
 
 namespace {
 
-constexpr std::size_t granule = 16;
-constexpr std::size_t classCount = 10; // up to 160 bytes: a dictionary body too
-// Chunks are aligned to their size, so the chunk of any object, and its
-// header naming the pool, is found from the object's address.
-constexpr std::size_t chunkSize = 64 * 1024;
-constexpr std::align_val_t chunkAlignment{chunkSize};
+using namespace detail;
 
-struct ChunkHeader {
-    Pool* owner;
-    void* next;
-};
+constexpr std::align_val_t chunkAlignment{chunkSize};
 constexpr std::size_t headerSize = (sizeof(ChunkHeader) + granule - 1) / granule * granule;
 
-std::size_t sizeClass(std::size_t size) {
-    return (size + granule - 1) / granule;
-}
-
-ChunkHeader* chunkOf(void* p) {
-    return reinterpret_cast<ChunkHeader*>(reinterpret_cast<std::uintptr_t>(p) & ~(chunkSize - 1));
-}
-
 } // namespace
+
+Pool::Pool(bool shared) : shared(shared) {
+    slowOnly = shared;
+}
 
 Pool::~Pool() {
     for (void* chunk = chunks_; chunk;) {
@@ -179,15 +178,13 @@ Pool::~Pool() {
     }
 }
 
-void* Pool::take(std::size_t cls) {
-    FreeNode*& head = free_[cls - 1];
-    if (head) {
-        FreeNode* node = head;
-        head = node->next;
-        ++live_;
+void* Pool::take(std::size_t index) {
+    if (FreeNode* node = free[index]) {
+        free[index] = node->next;
+        ++live;
         return node;
     }
-    const std::size_t bytes = cls * granule;
+    const std::size_t bytes = (index + 1) * granule;
     if (static_cast<std::size_t>(limit_ - cursor_) < bytes) {
         auto* chunk = static_cast<char*>(::operator new(chunkSize, chunkAlignment));
         *reinterpret_cast<ChunkHeader*>(chunk) = ChunkHeader{this, chunks_};
@@ -197,55 +194,58 @@ void* Pool::take(std::size_t cls) {
     }
     void* p = cursor_;
     cursor_ += bytes;
-    ++live_;
+    ++live;
     return p;
 }
 
-bool Pool::give(void* p, std::size_t cls) noexcept {
+void Pool::give(void* p, std::size_t index) noexcept {
     auto* node = static_cast<FreeNode*>(p);
-    node->next = free_[cls - 1];
-    free_[cls - 1] = node;
-    return --live_ == 0 && retired_;
-}
-
-bool Pool::retire() noexcept {
-    retired_ = true;
-    return live_ == 0;
-}
-
-OwnedPool makePool() {
-    return OwnedPool(new Pool(false));
+    node->next = free[index];
+    free[index] = node;
+    --live;
 }
 
 void Retire::operator()(Pool* pool) const noexcept {
     // Objects that outlive their interpreter keep the pool until they go.
-    if (pool->retire()) delete pool;
+    if (pool->live == 0) {
+        delete pool;
+        return;
+    }
+    pool->retired = true;
+    pool->slowOnly = true;
 }
 
-void* allocate(std::size_t size) {
-    const std::size_t cls = sizeClass(size);
-    if (cls == 0 || cls > classCount) return ::operator new(size);
-    if (Pool* pool = current) return pool->take(cls);
+namespace detail {
+
+void* allocateSlowly(std::size_t size) {
+    const std::size_t index = sizeClass(size) - 1;
+    if (index >= classCount) return ::operator new(size);
+    if (Pool* pool = currentPool()) return pool->take(index);
     Pool& shared = sharedPool();
     std::lock_guard<std::mutex> guard(shared.lock);
-    return shared.take(cls);
+    return shared.take(index);
 }
 
-void deallocate(void* p, std::size_t size) noexcept {
+void deallocateSlowly(void* p, std::size_t size) noexcept {
     if (!p) return;
-    const std::size_t cls = sizeClass(size);
-    if (cls == 0 || cls > classCount) {
+    const std::size_t index = sizeClass(size) - 1;
+    if (index >= classCount) {
         ::operator delete(p);
         return;
     }
-    Pool* owner = chunkOf(p)->owner;
+    auto* owner = static_cast<Pool*>(reinterpret_cast<ChunkHeader*>(
+                                         reinterpret_cast<std::uintptr_t>(p) & ~(chunkSize - 1))
+                                         ->owner);
     if (owner->shared) {
         std::lock_guard<std::mutex> guard(owner->lock);
-        owner->give(p, cls);
+        owner->give(p, index);
         return;
     }
-    if (owner->give(p, cls)) delete owner;
+    owner->give(p, index);
+    if (owner->retired && owner->live == 0) delete owner;
 }
+
+} // namespace detail
 
 #endif
 
