@@ -5,8 +5,8 @@
 
 #include "core/DictionarySet.h"
 
-#include <gtest/gtest.h>
 #include <atomic>
+#include <gtest/gtest.h>
 #include <string>
 #include <thread>
 #include <vector>

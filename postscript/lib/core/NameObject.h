@@ -99,9 +99,7 @@ public:
     std::string equalsText() const override { return atom->text; }
     // A plain executable name with the same text, also for operators: the
     // clone finds the operator again by look-up.
-    PostscriptObject* clone(VirtualMemoryObject*) const override {
-        return makePlain(atom, true);
-    }
+    PostscriptObject* clone(VirtualMemoryObject*) const override { return makePlain(atom, true); }
 
     // In the base's tail padding: a name stays 32 bytes.
     bool plain = false;

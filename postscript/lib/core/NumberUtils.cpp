@@ -164,7 +164,7 @@ QuickNumber quickNumber(std::string_view token, int32_t& integer, double& real) 
         return QuickNumber::integer;
     }
     if (digits > 15) return QuickNumber::unknown;
-    static constexpr double powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
+    static constexpr double powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     const double value = static_cast<double>(mantissa) / powers[fraction];
     real = negative ? -value : value;

@@ -233,9 +233,9 @@ void deallocateSlowly(void* p, std::size_t size) noexcept {
         ::operator delete(p);
         return;
     }
-    auto* owner = static_cast<Pool*>(reinterpret_cast<ChunkHeader*>(
-                                         reinterpret_cast<std::uintptr_t>(p) & ~(chunkSize - 1))
-                                         ->owner);
+    auto* owner = static_cast<Pool*>(
+        reinterpret_cast<ChunkHeader*>(reinterpret_cast<std::uintptr_t>(p) & ~(chunkSize - 1))
+            ->owner);
     if (owner->shared) {
         std::lock_guard<std::mutex> guard(owner->lock);
         owner->give(p, index);
