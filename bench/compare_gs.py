@@ -24,6 +24,18 @@ import tempfile
 GS = ["gs", "-q", "-dNODISPLAY", "-dBATCH", "-dNOPAUSE"]
 
 
+def grow(head, target, line):
+    """head, then line(0), line(1), ... until the text has target bytes."""
+    out = [head]
+    size = len(head)
+    i = 0
+    while size < target:
+        out.append(line(i))
+        size += len(out[-1])
+        i += 1
+    return "".join(out)
+
+
 def driver_program(target):
     """Numbers and calls of one- and two-letter aliases, as a printer driver writes."""
     head = (
@@ -35,61 +47,52 @@ def driver_program(target):
         "/W {/lw exch def} bind def\n"
         "/S {lw pop} bind def\n"
     )
-    out = [head]
-    size = len(head)
-    i = 0
-    while size < target:
+
+    def line(i):
         a, b, c = i % 4999, (i * 7) % 3989, (i * 13) % 997
-        line = (
+        return (
             f"{a} {b} M {a + 12} {b - 5} L {c}.25 {a}.5 {b} {c} {a + 3} {b + 9} C "
             f"{c} -3 R 0.{c % 10}8 W {b} {a} L S\n"
         )
-        out.append(line)
-        size += len(line)
-        i += 1
-    return "".join(out)
+
+    return grow(head, target, line)
 
 
 def loop_program(target):
     """Nested for loops with arithmetic, comparisons, if and def."""
-    out = ["/n 0 def /s 0 def /i 0 def\n"]
-    size = len(out[0])
-    k = 0
-    while size < target:
-        block = (
+
+    def block(k):
+        return (
             f"0 1 {40 + k % 9} {{ /i exch def 0 2 {60 + k % 7} {{ dup i lt "
             f"{{ /n n 1 add def }} {{ /s s 3 mul 7 mod def }} ifelse "
             f"i 2 mul gt {{ /n n 1 sub def }} if }} for }} for\n"
         )
-        out.append(block)
-        size += len(block)
-        k += 1
-    return "".join(out)
+
+    return grow("/n 0 def /s 0 def /i 0 def\n", target, block)
 
 
 def dictionary_program(target):
-    """Definitions in several dictionaries, begin/end, get, put, known, load."""
+    """Definitions in several dictionaries, begin/end, get, put, known, where."""
     keys = 40
-    out = []
-    for d in range(3):
-        out.append(f"/D{d} {keys + 10} dict def D{d} begin\n")
-        out.append(" ".join(f"/k{d}_{j} {j} def" for j in range(keys)) + "\nend\n")
-    size = sum(len(s) for s in out)
-    i = 0
-    while size < target:
+    head = "".join(
+        f"/D{d} {keys + 10} dict def D{d} begin\n"
+        + " ".join(f"/k{d}_{j} {j} def" for j in range(keys))
+        + "\nend\n"
+        for d in range(3)
+    )
+
+    def line(i):
         d, e = i % 3, (i + 1) % 3
         j1, j2, j3 = i % keys, (i * 7) % keys, (i * 11) % keys
-        line = (
+        return (
             f"D{d} begin k{d}_{j1} k{d}_{j2} add 1000 mod /k{d}_{j3} exch def "
             f"D{e} begin k{e}_{j2} k{d}_{j1} lt {{ /k{e}_{j1} k{e}_{j3} def }} if end end "
             f"D{e} /k{e}_{j3} get D{d} /k{d}_{j2} 3 -1 roll put "
             f"D{d} /k{d}_{j1} known pop /k{d}_{j2} where {{ pop }} if "
             f"userdict /u{i % 64} {j1} put\n"
         )
-        out.append(line)
-        size += len(line)
-        i += 1
-    return "".join(out)
+
+    return grow(head, target, line)
 
 
 PROGRAMS = [
