@@ -3,6 +3,7 @@
 #include "core/NameObject.h"
 #include "core/PostscriptException.h"
 #include "core/StringObject.h"
+#include "core/TextEquals.h"
 
 #include <algorithm>
 
@@ -23,7 +24,8 @@ std::string keyText(const PostscriptObject* key) {
 DictionaryData::IndexSlot* DictionaryData::slotFor(std::string_view keyText, uint64_t hash) const {
     for (std::size_t i = hash & indexMask_;; i = (i + 1) & indexMask_) {
         IndexSlot* slot = &index_[i];
-        if (!slot->entry || (slot->hash == hash && slot->entry->first == keyText)) return slot;
+        if (!slot->entry || (slot->hash == hash && textEquals(slot->entry->first, keyText)))
+            return slot;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "core/DictionarySet.h"
 #include "core/Interpreter.h"
 #include "core/StringObject.h"
+#include "core/TextEquals.h"
 
 #include <algorithm>
 
@@ -15,7 +16,7 @@ NameTable::Slot* NameTable::find(std::string_view text, uint64_t hash) {
     const std::size_t mask = slots_.size() - 1;
     for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
         Slot& slot = slots_[i];
-        if (!slot.atom || (slot.hash == hash && slot.atom->text == text)) return &slot;
+        if (!slot.atom || (slot.hash == hash && textEquals(slot.atom->text, text))) return &slot;
     }
 }
 
