@@ -5,8 +5,9 @@ Generates three programs (driver-style calls of short procedure aliases,
 nested loops with arithmetic, comparisons and def, dictionary-heavy look-ups),
 runs each through bench/ps_feed (the library, fed in pieces as a host does)
 and through `gs -q -dNODISPLAY -dBATCH -dNOPAUSE`, alternating, several
-times, and prints the best MB/s of each (by CPU time) and the ratio library / gs. Both must
-run the programs cleanly: gs must print nothing, ps_feed must not fail.
+times, and prints the best MB/s of each, by the CPU time of the whole process
+(start-up included on both sides), and the ratio library / gs. Both must run
+the programs cleanly: gs must print nothing, ps_feed must not fail.
 
 Ghostscript is only the yardstick here; nothing of the library uses it.
 
