@@ -1,15 +1,18 @@
 #pragma once
 
 #include "core/CompositeObject.h"
+#include "core/TextHash.h"
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 
 // An ordered map from key text to object. Keys order byte-wise, the shorter
 // first on a tie: forall and dictionary equality walk in this order.
 class NameTable;
+struct NameAtom;
 
 class DictionaryData : public CompositeData {
 public:
@@ -23,7 +26,12 @@ public:
         observer = nullptr; // the interpreter is going
     }
 
-    PostscriptObject* find(std::string_view keyText) const;
+    PostscriptObject* find(std::string_view keyText) const {
+        return findHashed(keyText, textHash(keyText));
+    }
+    // find() for a text whose hash is known: a name's, for every dictionary
+    // of the stack.
+    PostscriptObject* findHashed(std::string_view keyText, uint64_t hash) const;
     PostscriptObject* findKey(const PostscriptObject* key) const;
     PostscriptObject* findText(const char* text) const { return find(text); }
 
@@ -41,6 +49,25 @@ public:
     // The names whose cached look-ups this body's changes must reach; set
     // while the body is on a dictionary stack, or was.
     NameTable* observer = nullptr;
+
+private:
+    void putEntry(std::string_view keyText, PostscriptObject* value, const NameAtom* atom);
+
+    // Beside the ordered map, which keeps the key order, a hash index of its
+    // entries answers look-ups: a name is looked up in every dictionary of the
+    // stack, most of which lack it. Open addressing, at most half full; the
+    // map's nodes don't move, so the index points into them. entries changes
+    // only through put, remove and clear, which keep the two in step.
+    struct IndexSlot {
+        uint64_t hash;
+        Map::value_type* entry; // null: free
+    };
+    IndexSlot* slotFor(std::string_view keyText, uint64_t hash) const;
+    void reserveIndex(std::size_t entryCount);
+    void eraseSlot(IndexSlot* slot) noexcept;
+
+    std::unique_ptr<IndexSlot[]> index_;
+    std::size_t indexMask_ = 0; // slot count - 1, once there is an index
 };
 
 class DictionaryObject : public CompositeObject {

@@ -35,6 +35,7 @@ DictionarySet::~DictionarySet() {
     for (const char* name : dictionaryNames)
         systemData->remove(name);
     dictionaryStack.reset();
+    names->topBody = nullptr;
 }
 
 void DictionarySet::push(PostscriptObject* dictionary) {
@@ -43,13 +44,21 @@ void DictionarySet::push(PostscriptObject* dictionary) {
         DictionaryData* body = static_cast<DictionaryObject*>(dictionary)->dictionaryData();
         if (!body->observer) body->observer = names;
     }
-    names->forgetAll();
+    stackChanged();
 }
 
 PostscriptObject* DictionarySet::pop() {
     PostscriptObject* top = dictionaryStack->pop();
-    names->forgetAll();
+    stackChanged();
     return top;
+}
+
+void DictionarySet::stackChanged() {
+    names->forgetAll();
+    const PostscriptObject* top = dictionaryStack->top();
+    names->topBody = top && top->type == ps_dictionary
+                         ? static_cast<const DictionaryObject*>(top)->dictionaryData()
+                         : nullptr;
 }
 
 void DictionarySet::popTo(std::size_t depth) {
@@ -57,22 +66,22 @@ void DictionarySet::popTo(std::size_t depth) {
         releaseIfUnreferenced(pop());
 }
 
-PostscriptObject* DictionarySet::lookupName(const NameAtom* atom) const {
-    if (!useLookupCache) return lookupText(atom->text);
-    if (atom->cacheStamp == names->stamp) return atom->cachedValue;
-    PostscriptObject* value = lookupText(atom->text);
+PostscriptObject* DictionarySet::lookupNameAfresh(const NameAtom* atom) const {
+    if (!useLookupCache) return lookupHashed(atom->text, atom->hash);
+    PostscriptObject* value = lookupHashed(atom->text, atom->hash);
     atom->cachedValue = value;
     atom->cacheStamp = names->stamp;
     return value;
 }
 
 DictionaryObject* DictionarySet::findDictionaryWith(const PostscriptObject* key) const {
-    std::string text = keyText(key);
+    const std::string text = keyText(key);
+    const uint64_t hash = textHash(text);
     const auto& stack = dictionaryStack->items;
     for (auto it = stack.rbegin(); it != stack.rend(); ++it) {
         if ((*it)->type != ps_dictionary) return nullptr;
         auto* dictionary = static_cast<DictionaryObject*>(*it);
-        if (dictionary->dictionaryData()->find(text)) return dictionary;
+        if (dictionary->dictionaryData()->findHashed(text, hash)) return dictionary;
     }
     return nullptr;
 }
@@ -83,11 +92,15 @@ PostscriptObject* DictionarySet::lookup(const PostscriptObject* key) const {
 }
 
 PostscriptObject* DictionarySet::lookupText(std::string_view text) const {
+    return lookupHashed(text, textHash(text));
+}
+
+PostscriptObject* DictionarySet::lookupHashed(std::string_view text, uint64_t hash) const {
     const auto& stack = dictionaryStack->items;
     for (auto it = stack.rbegin(); it != stack.rend(); ++it) {
         if ((*it)->type != ps_dictionary) return nullptr;
         if (PostscriptObject* value =
-                static_cast<DictionaryObject*>(*it)->dictionaryData()->find(text))
+                static_cast<DictionaryObject*>(*it)->dictionaryData()->findHashed(text, hash))
             return value;
     }
     return nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/DictionaryObject.h"
+#include "core/NameObject.h"
 #include "core/ObjectStack.h"
 
 #include <memory>
@@ -9,8 +10,6 @@
 #include <vector>
 
 struct MemoryRecord;
-class NameTable;
-struct NameAtom;
 
 // The dictionaries of an interpreter and the dictionary stack. Walks go from
 // the top of the stack down and stop at an entry that is not a dictionary.
@@ -32,7 +31,13 @@ public:
     PostscriptObject* lookup(const PostscriptObject* key) const;
     PostscriptObject* lookupText(std::string_view text) const;
     // lookupText for a name, answered from its cache while nothing changed.
-    PostscriptObject* lookupName(const NameAtom* atom) const;
+    PostscriptObject* lookupName(const NameAtom* atom) const {
+        if (useLookupCache && atom->cacheStamp == names->stamp) return atom->cachedValue;
+        return lookupNameAfresh(atom);
+    }
+    PostscriptObject* lookupHashed(std::string_view text, uint64_t hash) const;
+
+    PostscriptObject* lookupNameAfresh(const NameAtom* atom) const;
 
     // Off only to measure what the cache saves.
     bool useLookupCache = true;
@@ -53,4 +58,7 @@ public:
     NameTable* names;
     Counted<DictionaryObject> fontDirectory;
     std::unique_ptr<ObjectStack> dictionaryStack;
+
+private:
+    void stackChanged();
 };

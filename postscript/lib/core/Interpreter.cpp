@@ -11,10 +11,11 @@
 #include <cstring>
 
 Interpreter::Interpreter()
-    : operandStack(std::make_unique<ObjectStack>("Operand Stack")),
+    : pool(objectpool::makePool()), operandStack(std::make_unique<ObjectStack>("Operand Stack")),
       executionStack(std::make_unique<ObjectStack>("Execution Stack")),
       deferredExecutionStack(std::make_unique<ObjectStack>("Deferred execution stack")),
       memory(std::make_unique<MemoryRecord>()) {
+    objectpool::Scope scope(pool.get());
     memory->localMemory.reset(new VirtualMemoryObject("Local Memory"));
     memory->globalMemory.reset(new VirtualMemoryObject("Global Memory"));
     memory->currentMemory = memory->localMemory.get();
@@ -33,6 +34,7 @@ void Interpreter::defineSystemValues() {
 }
 
 Interpreter::~Interpreter() {
+    objectpool::Scope scope(pool.get());
     operandStack.reset();
     executionStack.reset();
     deferredExecutionStack.reset();
@@ -43,7 +45,30 @@ Interpreter::~Interpreter() {
     memory->globalMemory.reset();
 }
 
+inline PostscriptObject* Interpreter::nextFromExecutionStack() {
+    PostscriptObject* top = executionStack->items.back();
+    if (top->type != ps_array || !top->executable) return executionStack->pop();
+    // A running procedure steps where it stands: the same as popping it, and
+    // pushing it back under its next element, which is popped at once.
+    auto* procedure = static_cast<ArrayObject*>(top);
+    const ObjectStack& elements = procedure->items();
+    if (procedure->execIndex < elements.size()) {
+        PostscriptObject* element = elements.items[procedure->execIndex++];
+        if (!element) ObjectStack::failNullPush();
+        return element;
+    }
+    executionStack->pop();
+    // An empty procedure just goes; a finished one is literal again.
+    if (!elements.empty()) {
+        procedure->executable = false;
+        procedure->execIndex = 0;
+    }
+    releaseIfUnreferenced(procedure);
+    return nullptr;
+}
+
 void Interpreter::run(const unsigned char* buffer, std::size_t length) {
+    objectpool::Scope scope(pool.get());
     stdoutText.clear();
     parser->setBuffer(buffer, buffer + length);
     suspended = false;
@@ -53,7 +78,8 @@ void Interpreter::run(const unsigned char* buffer, std::size_t length) {
             PS_THROWF("Step limit of %llu reached", static_cast<unsigned long long>(stepLimit));
         PostscriptObject* object;
         if (!executionStack->empty()) {
-            object = executionStack->pop();
+            object = nextFromExecutionStack();
+            if (!object) continue;
         } else {
             object = parser->nextObject();
             if (!object) return;
@@ -72,16 +98,49 @@ void Interpreter::run(const unsigned char* buffer, std::size_t length) {
                 continue;
             }
         }
-        if (object->executable) {
-            // A failing object is freed on the way out; no one can see it again.
-            Popped<> guard(object);
-            object->execute(*this);
+        // A plain name hands on the operator it found, which runs here at
+        // once rather than by a trip over the execution stack.
+        while (object) {
+            if (!object->executable) {
+                Popped<> guard(object);
+                operandStack->push(object);
+                break;
+            }
+            PostscriptObject* found = nullptr;
+            {
+                // A failing object is freed on the way out; no one can see it again.
+                Popped<> guard(object);
+                if (object->type == ps_name && static_cast<NameObject*>(object)->plain)
+                    found = executeName(static_cast<NameObject*>(object));
+                else
+                    object->execute(*this);
+            }
             if (suspended) return;
-        } else {
-            Popped<> guard(object);
-            operandStack->push(object);
+            object = found;
         }
     }
+}
+
+PostscriptObject* Interpreter::executeName(NameObject* name) {
+    PostscriptObject* value = dictionaries->lookupName(name->atom);
+    if (!value) {
+        // There is no "undefined": an unknown name becomes a string of its text.
+        operandStack->push(makeString(name->text()));
+        return nullptr;
+    }
+    if (value->type == ps_array) armProcedure(value);
+    if (!value->executable) {
+        operandStack->push(value);
+        return nullptr;
+    }
+    // Procedures and names take the execution stack, which keeps the machine
+    // stack flat however they nest.
+    if (value->type == ps_array ||
+        (value->type == ps_name && static_cast<NameObject*>(value)->plain)) {
+        executionStack->push(value);
+        return nullptr;
+    }
+    return value;
 }
 
 void Interpreter::registerOperator(NameObject* op) {
@@ -107,5 +166,5 @@ StringObject* Interpreter::makeString(std::string_view text) {
 }
 
 NameObject* Interpreter::makeName(std::string_view text, bool executable) {
-    return new NameObject(names.intern(text), executable);
+    return NameObject::makePlain(names.intern(text), executable);
 }

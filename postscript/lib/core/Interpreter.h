@@ -40,6 +40,10 @@ public:
     Interpreter& operator=(const Interpreter&) = delete;
 
     void run(const unsigned char* buffer, std::size_t length);
+    // A name's execution: looks it up and pushes what it found where it goes.
+    // Returns an operator (or other executable value) for the caller to run
+    // next instead of pushing it on the execution stack.
+    PostscriptObject* executeName(NameObject* name);
 
     // Define an operator in systemdict under its name; a later layer replaces
     // an earlier one.
@@ -56,7 +60,10 @@ public:
     NameObject* makeName(std::string_view text, bool executable = true);
     const NameAtom* intern(std::string_view text) { return names.intern(text); }
 
-    // Interned name texts; declared first so that it outlives every name.
+    // Where this interpreter's objects live; declared first so that it
+    // outlives every object. Current on the thread while the interpreter works.
+    objectpool::OwnedPool pool;
+    // Interned name texts; declared early so that it outlives every name.
     NameTable names;
 
     std::unique_ptr<Parser> parser;
@@ -74,4 +81,9 @@ public:
     std::string stdoutText;
     std::unique_ptr<double[]> doubles;
     uint32_t doubleCount = 0;
+
+private:
+    // The next object of the execution stack, stepping a running procedure in
+    // place; null when the pass only finished a procedure.
+    PostscriptObject* nextFromExecutionStack();
 };

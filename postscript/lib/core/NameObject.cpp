@@ -3,27 +3,60 @@
 #include "core/DictionarySet.h"
 #include "core/Interpreter.h"
 #include "core/StringObject.h"
+#include "core/TextEquals.h"
 
 #include <algorithm>
 
+NameTable::~NameTable() {
+    for (Slot& slot : slots_)
+        delete slot.atom;
+}
+
+NameTable::Slot* NameTable::find(std::string_view text, uint64_t hash) {
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+        Slot& slot = slots_[i];
+        if (!slot.atom || (slot.hash == hash && textEquals(slot.atom->text, text))) return &slot;
+    }
+}
+
+void NameTable::insert(NameAtom* atom) {
+    Slot* slot = find(atom->text, atom->hash);
+    *slot = Slot{atom->hash, atom};
+    ++count_;
+}
+
 const NameAtom* NameTable::intern(std::string_view text) {
-    auto found = atoms_.find(text);
-    if (found != atoms_.end()) return found->second.get();
-    if (atoms_.size() >= sweepAt_) sweep();
+    const uint64_t hash = textHash(text);
+    Slot* slot = find(text, hash);
+    if (slot->atom) return slot->atom;
+    if (count_ >= sweepAt_) {
+        rebuild(slots_.size(), true);
+        sweepAt_ = std::max(smallestSweep, 2 * count_);
+    }
+    // At most half full, so that probes stay short.
+    if (2 * (count_ + 1) > slots_.size()) rebuild(2 * slots_.size(), false);
     auto atom = std::make_unique<NameAtom>(text);
-    const NameAtom* result = atom.get();
-    atoms_.emplace(std::string(text), std::move(atom));
+    NameAtom* result = atom.get();
+    insert(atom.release());
     return result;
 }
 
-void NameTable::sweep() {
-    std::erase_if(atoms_, [](const auto& entry) { return entry.second->users == 0; });
-    sweepAt_ = std::max(smallestSweep, 2 * atoms_.size());
+void NameTable::rebuild(std::size_t slotCount, bool sweep) {
+    std::vector<Slot> old(slotCount);
+    old.swap(slots_);
+    count_ = 0;
+    for (Slot& slot : old) {
+        if (!slot.atom) continue;
+        if (sweep && slot.atom->users == 0)
+            delete slot.atom;
+        else
+            insert(slot.atom);
+    }
 }
 
 void NameTable::keyChanged(std::string_view text) {
-    auto found = atoms_.find(text);
-    if (found != atoms_.end()) found->second->cacheStamp = 0;
+    if (NameAtom* atom = find(text, textHash(text))->atom) atom->cacheStamp = 0;
 }
 
 std::string NameObject::describe() const {
@@ -31,12 +64,6 @@ std::string NameObject::describe() const {
 }
 
 void NameObject::execute(Interpreter& interpreter) {
-    PostscriptObject* value = interpreter.dictionaries->lookupName(atom);
-    if (value) {
-        armProcedure(value);
-        interpreter.executionStack->push(value);
-        return;
-    }
-    // There is no "undefined": an unknown name becomes a string of its text.
-    interpreter.operandStack->push(interpreter.makeString(atom->text));
+    if (PostscriptObject* found = interpreter.executeName(this))
+        interpreter.executionStack->push(found);
 }

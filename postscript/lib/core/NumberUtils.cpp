@@ -136,4 +136,39 @@ bool parseReal(std::string_view token, double& value) {
     return true;
 }
 
+QuickNumber quickNumber(std::string_view token, int32_t& integer, double& real) {
+    std::size_t i = 0;
+    const bool negative = !token.empty() && token[0] == '-';
+    if (!token.empty() && (token[0] == '-' || token[0] == '+')) ++i;
+    uint64_t mantissa = 0;
+    std::size_t digits = 0, fraction = 0;
+    bool dot = false;
+    for (; i < token.size(); ++i) {
+        const char c = token[i];
+        if (isDigit(c)) {
+            mantissa = mantissa * 10 + static_cast<uint64_t>(c - '0');
+            ++digits;
+            if (dot) ++fraction;
+        } else if (c == '.' && !dot) {
+            dot = true;
+        } else {
+            return QuickNumber::unknown;
+        }
+    }
+    // Up to 9 digits an integer can't saturate; up to 15 a real's digits and
+    // the power of ten are exact doubles, so one division rounds correctly.
+    if (digits == 0) return QuickNumber::unknown;
+    if (!dot) {
+        if (digits > 9) return QuickNumber::unknown;
+        integer = static_cast<int32_t>(negative ? -static_cast<int64_t>(mantissa) : mantissa);
+        return QuickNumber::integer;
+    }
+    if (digits > 15) return QuickNumber::unknown;
+    static constexpr double powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const double value = static_cast<double>(mantissa) / powers[fraction];
+    real = negative ? -value : value;
+    return QuickNumber::real;
+}
+
 } // namespace numbers

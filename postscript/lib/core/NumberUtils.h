@@ -32,4 +32,10 @@ bool isRealToken(std::string_view token);
 // underflow are failures (false).
 bool parseReal(std::string_view token, double& value);
 
+// The common tokens at a glance: a sign, then decimal digits with at most one
+// ".", few enough digits to be exact. The value is what the full rules give;
+// anything else is unknown and goes through them.
+enum class QuickNumber { unknown, integer, real };
+QuickNumber quickNumber(std::string_view token, int32_t& integer, double& real);
+
 } // namespace numbers

@@ -2,18 +2,12 @@
 
 #include "core/PostscriptException.h"
 
-void ObjectStack::push(PostscriptObject* object) {
-    if (!object) PS_THROW("cannot push null item onto stack");
-    items.push_back(object);
-    ++object->refCount;
+void ObjectStack::failNullPush() {
+    PS_THROW("cannot push null item onto stack");
 }
 
-PostscriptObject* ObjectStack::pop() {
-    if (items.empty()) PS_THROW("pop - expected item on stack");
-    PostscriptObject* object = items.back();
-    items.pop_back();
-    --object->refCount;
-    return object;
+void ObjectStack::failEmptyPop() {
+    PS_THROW("pop - expected item on stack");
 }
 
 void ObjectStack::wrongType(PostscriptObject* object, uint32_t tag, const char* who) {
@@ -30,7 +24,7 @@ void ObjectStack::clear() noexcept {
 
 void ObjectStack::setAt(std::size_t index, PostscriptObject* object) {
     if (index > items.size()) PS_THROW("Illegal array index");
-    if (!object) PS_THROW("cannot push null item onto stack");
+    if (!object) failNullPush();
     ++object->refCount;
     if (index == items.size()) {
         items.push_back(object);

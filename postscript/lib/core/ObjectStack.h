@@ -13,8 +13,19 @@ public:
     ObjectStack& operator=(const ObjectStack&) = delete;
     ~ObjectStack() { clear(); }
 
-    void push(PostscriptObject* object);
-    PostscriptObject* pop();
+    // Inline: every token and every step of a procedure goes through these.
+    void push(PostscriptObject* object) {
+        if (!object) failNullPush();
+        items.push_back(object);
+        ++object->refCount;
+    }
+    PostscriptObject* pop() {
+        if (items.empty()) failEmptyPop();
+        PostscriptObject* object = items.back();
+        items.pop_back();
+        --object->refCount;
+        return object;
+    }
     // pop(), held for the length of an operator.
     Popped<> popHeld() { return Popped<>(pop()); }
     // pop(), then insist on T's type: "Expected <type> at <who>". A wrong
@@ -38,6 +49,9 @@ public:
 
     std::vector<PostscriptObject*> items;
     const char* name;
+
+    [[noreturn]] static void failNullPush();
+    [[noreturn]] static void failEmptyPop();
 
 private:
     [[noreturn]] static void wrongType(PostscriptObject* object, uint32_t tag, const char* who);

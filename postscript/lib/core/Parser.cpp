@@ -56,7 +56,7 @@ void Parser::backChar() {
 }
 
 PostscriptObject* Parser::makeName(std::string_view text, bool executable) {
-    return new NameObject(names->intern(text), executable);
+    return NameObject::makePlain(names->intern(text), executable);
 }
 
 PostscriptObject* Parser::makeString(std::string_view text, const char* filter) {
@@ -78,6 +78,16 @@ PostscriptObject* Parser::nextObject() {
         const unsigned char* start = cursor;
         while (cursor < end && !stops[*cursor])
             ++cursor;
+        if (token.empty() && cursor != start && cursor < end &&
+            (state == normal || state == literalName)) {
+            // The whole token lies in this buffer: read it where it stands.
+            // ("/" stops it, so a literal name here is a plain one.)
+            delimiter = *cursor;
+            const std::string_view text(reinterpret_cast<const char*>(start), cursor - start);
+            if (state == normal) return finishToken(text);
+            state = normal;
+            return makeName(text, false);
+        }
         // A comment's text is dropped at its end anyway; don't keep it.
         if (state != comment) token.append(reinterpret_cast<const char*>(start), cursor - start);
         if (cursor >= end) return nullptr;
@@ -85,7 +95,11 @@ PostscriptObject* Parser::nextObject() {
 
         switch (state) {
         case normal:
-            if (!token.empty()) return finishToken();
+            if (!token.empty()) {
+                PostscriptObject* object = finishToken(token);
+                token.clear();
+                return object;
+            }
             skipChar();
             switch (delimiter) {
             case '/':
@@ -239,16 +253,23 @@ PostscriptObject* Parser::endToken(PostscriptObject* object) {
     return object;
 }
 
-PostscriptObject* Parser::finishToken() {
-    std::string_view text(token);
-    text = text.substr(0, text.find('\0'));
-    PostscriptObject* result = nullptr;
+PostscriptObject* Parser::finishToken(std::string_view text) {
+    // Up to a NUL, by hand: memchr is a call, and tokens are short.
+    std::size_t length = 0;
+    while (length < text.size() && text[length] != '\0')
+        ++length;
+    text = text.substr(0, length);
     int32_t value = 0;
-    if (numbers::parseIntegerToken(text, value)) result = new IntegerObject(value);
     double real = 0;
-    if (!result && numbers::isRealToken(text) && numbers::parseReal(text, real))
-        result = new RealObject(real);
-    if (!result) result = makeName(text, true);
-    token.clear();
-    return result;
+    switch (numbers::quickNumber(text, value, real)) {
+    case numbers::QuickNumber::integer:
+        return new IntegerObject(value);
+    case numbers::QuickNumber::real:
+        return new RealObject(real);
+    case numbers::QuickNumber::unknown:
+        break;
+    }
+    if (numbers::parseIntegerToken(text, value)) return new IntegerObject(value);
+    if (numbers::isRealToken(text) && numbers::parseReal(text, real)) return new RealObject(real);
+    return makeName(text, true);
 }

@@ -57,7 +57,7 @@ private:
     // The token is done: the scanner goes back to the normal state with an
     // empty token, and gives the object made of it.
     PostscriptObject* endToken(PostscriptObject* object);
-    PostscriptObject* finishToken();
+    PostscriptObject* finishToken(std::string_view text);
     PostscriptObject* makeName(std::string_view text, bool executable);
     PostscriptObject* makeString(std::string_view text, const char* filter);
 };

@@ -3,9 +3,6 @@
 #include "core/ArrayObject.h"
 #include "core/Interpreter.h"
 #include "core/PostscriptException.h"
-#include "core/SpinLock.h"
-
-#include <vector>
 
 namespace {
 const char* const typeNames[] = {
@@ -19,12 +16,6 @@ const char* const typeAnswers[] = {
     "filetype",    "gstatetype",   "packedarraytype", "savetype",  "stringtype",
 };
 constexpr uint32_t tagCount = sizeof typeNames / sizeof typeNames[0];
-
-struct Destroyer {
-    SpinLock lock;
-    bool draining = false;
-    std::vector<PostscriptObject*> pending;
-};
 } // namespace
 
 const char* typeName(uint32_t tag) {
@@ -36,38 +27,17 @@ const char* typeAnswerName(uint32_t tag) {
 }
 
 void destroyObject(PostscriptObject* object) noexcept {
-    // Process-wide like the pool (no thread_local, see ObjectPool.cpp). A
-    // call made while another is draining only queues its object.
-    static Destroyer destroyer;
-    bool queued = false, outermost = false;
-    {
-        SpinLock::Guard guard(destroyer.lock);
-        if (!destroyer.draining) {
-            destroyer.draining = outermost = true;
-        } else {
-            try {
-                destroyer.pending.push_back(object);
-                queued = true;
-            } catch (...) {
-                // No room to queue: delete it right here, recursively.
-            }
-        }
-    }
-    if (queued) return;
-    delete object;
-    if (!outermost) return;
-    for (;;) {
-        PostscriptObject* next;
-        {
-            SpinLock::Guard guard(destroyer.lock);
-            if (destroyer.pending.empty()) {
-                destroyer.draining = false;
-                return;
-            }
-            next = destroyer.pending.back();
-            destroyer.pending.pop_back();
-        }
-        delete next;
+    switch (object->type) {
+    case ps_boolean:
+    case ps_integer:
+    case ps_real:
+    case ps_null:
+    case ps_mark:
+        // A value lets go of nothing when it goes: no work list needed.
+        delete object;
+        return;
+    default:
+        objectpool::destroy(object);
     }
 }
 

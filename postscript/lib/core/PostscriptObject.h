@@ -61,8 +61,7 @@ public:
     uint32_t type;
 };
 
-// Deletes through a work list, so that freeing a deeply nested structure
-// never recurses deeper than one level.
+// Deletes an object whose count fell below 1; see objectpool::destroy.
 void destroyObject(PostscriptObject* object) noexcept;
 
 inline void releaseIfUnreferenced(PostscriptObject* object) noexcept {

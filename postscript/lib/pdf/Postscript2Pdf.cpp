@@ -17,6 +17,8 @@ Postscript2Pdf::Postscript2Pdf(const double matrix[6], PdfObjectList& objects)
         defaultMatrix[i] = matrix[i];
     pushDefaultState();
     interpreter = std::make_unique<Interpreter>();
+    // The operators are the interpreter's objects: from its pool.
+    objectpool::Scope scope(interpreter->pool.get());
     generatedOps = std::make_unique<ImplementedGenOps>(interpreter.get());
     installLanguage(*interpreter, *generatedOps);
     registerGraphicsOperators(*this);
