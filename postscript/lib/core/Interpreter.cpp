@@ -72,10 +72,12 @@ void Interpreter::run(const unsigned char* buffer, std::size_t length) {
     stdoutText.clear();
     parser->setBuffer(buffer, buffer + length);
     suspended = false;
+    // No operator changes the limit during a run: keep it out of memory.
+    const uint64_t limit = stepLimit;
     uint64_t steps = 0;
     for (;;) {
-        if (stepLimit && ++steps > stepLimit)
-            PS_THROWF("Step limit of %llu reached", static_cast<unsigned long long>(stepLimit));
+        if (limit && ++steps > limit)
+            PS_THROWF("Step limit of %llu reached", static_cast<unsigned long long>(limit));
         PostscriptObject* object;
         if (!executionStack->empty()) {
             object = nextFromExecutionStack();
