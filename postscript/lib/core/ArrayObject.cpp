@@ -10,19 +10,8 @@ PostscriptObject* ArrayData::requiredAt(std::size_t index) const {
 }
 
 void ArrayObject::execute(Interpreter& interpreter) {
-    ObjectStack& elements = items();
-    if (elements.empty()) return;
-    if (execIndex < elements.size()) {
-        // The array goes back under its element: the position lives in the
-        // object, the machine stack stays flat.
-        PostscriptObject* element = elements.at(execIndex);
-        ++execIndex;
-        interpreter.executionStack->push(this);
-        interpreter.executionStack->push(element);
-        return;
-    }
-    executable = false;
-    execIndex = 0;
+    // The run loop steps a procedure where it stands on the execution stack.
+    interpreter.executionStack->push(this);
 }
 
 std::string ArrayObject::describe() const {
