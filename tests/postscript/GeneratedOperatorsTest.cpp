@@ -5,6 +5,7 @@
 #include "core/ValueObjects.h"
 #include "operators/GeneratedOps.h"
 #include "operators/LanguageOperators.h"
+#include "pdf/Postscript2PdfObject.h"
 
 #include <algorithm>
 #include <set>
@@ -20,6 +21,10 @@ std::vector<std::string> words(const char* text) {
     for (std::string word; in >> word;)
         out.push_back(word);
     return out;
+}
+
+std::set<std::string> setOf(const std::vector<std::string>& list) {
+    return std::set<std::string>(list.begin(), list.end());
 }
 
 // A row over several generated operators: the stack they are given, over a
@@ -248,8 +253,26 @@ const char* const languageLayer =
 // Of the language layer, these come with the file, matrix, status and resource
 // operators; until then their generated forms stand. Shrinks as they arrive.
 const char* const languageLater =
-    "matrix identmatrix concatmatrix currentfile read readline readhexstring currentglobal "
-    "setglobal filter readstring vmstatus statusdict definefont resourcestatus getdoubles";
+    "matrix identmatrix concatmatrix currentfile read readline readhexstring filter readstring "
+    "vmstatus statusdict definefont resourcestatus getdoubles";
+
+// The graphics layer, in order of registration.
+const char* const graphicsLayer =
+    "setscreen setcolorscreen sethalftone currenthalftone gsave initclip eoclip clip clippath "
+    "rectclip rectfill rectstroke setrgbcolor sethsbcolor setcmykcolor setgray currentrgbcolor "
+    "currenthsbcolor currentcmykcolor currentgray stroke newpath fill eofill moveto rmoveto lineto "
+    "rlineto curveto rcurveto arc arcn arct arcto currentpoint closepath translate transform "
+    "itransform idtransform dtransform rotate concat currentmatrix scale grestore findfont "
+    "scalefont "
+    "setfont FontDirectory GlobalFontDirectory show stringwidth setlinewidth setlinecap "
+    "setlinejoin "
+    "setmiterlimit setdash currentlinewidth setstrokeadjust currentstrokeadjust setmatrix "
+    "defaultmatrix showpage imagemask settransfer currenttransfer setcolortransfer "
+    "currentcolortransfer setflat currentflat colorimage image setoverprint currentoverprint save "
+    "restore makepattern setpattern currentfont print setcolorspace ";
+
+// Of the graphics layer, these come with the image and pattern operators.
+const char* const graphicsLater = "imagemask colorimage image makepattern setpattern";
 
 // Which layer answers each name after start-up, and how many each one wins.
 TEST(OperatorLayers, CountsAndWinners) {
@@ -257,23 +280,34 @@ TEST(OperatorLayers, CountsAndWinners) {
     DictionarySet& set = *s.interpreter().dictionaries;
     const std::vector<std::string> generated = words(generatedLayer);
     const std::vector<std::string> language = words(languageLayer);
-    const std::vector<std::string> laterList = words(languageLater);
-    const std::set<std::string> later(laterList.begin(), laterList.end());
-    const std::set<std::string> generatedSet(generated.begin(), generated.end());
+    const std::vector<std::string> graphicsAll = words(graphicsLayer);
+    const std::set<std::string> later = setOf(words(languageLater));
+    const std::set<std::string> graphicsLaterSet = setOf(words(graphicsLater));
+    const std::set<std::string> generatedSet = setOf(generated);
     const std::set<std::string> values = {"errordict", "userdict", "globaldict", "languagelevel",
                                           "version"};
     ASSERT_EQ(generated.size(), 315u);
     ASSERT_EQ(language.size(), 106u);
+    ASSERT_EQ(graphicsAll.size(), 82u);
+    std::vector<std::string> graphics;
+    for (const std::string& name : graphicsAll)
+        if (!graphicsLaterSet.count(name)) graphics.push_back(name);
+    const std::set<std::string> graphicsSet = setOf(graphics);
 
     EXPECT_EQ(set.generatedNames, generated);
+    // A layer replaces what a layer below it defined, in its own order.
     std::vector<std::string> replaced;
+    std::set<std::string> defined = generatedSet;
     for (const std::string& name : language)
-        if (generatedSet.count(name) && !later.count(name)) replaced.push_back(name);
+        if (!later.count(name) && !defined.insert(name).second) replaced.push_back(name);
+    for (const std::string& name : graphics)
+        if (!defined.insert(name).second) replaced.push_back(name);
     EXPECT_EQ(set.replacedNames, replaced);
 
-    std::size_t generatedWins = 0, languageWins = 0, valueWins = 0;
+    std::size_t generatedWins = 0, languageWins = 0, graphicsWins = 0, valueWins = 0;
     std::set<std::string> names(generated.begin(), generated.end());
     names.insert(language.begin(), language.end());
+    names.insert(graphicsAll.begin(), graphicsAll.end());
     for (const std::string& name : names) {
         PostscriptObject* value = set.systemData->find(name);
         if (name == "getdoubles") {
@@ -289,16 +323,20 @@ TEST(OperatorLayers, CountsAndWinners) {
         }
         ASSERT_NE(op, nullptr) << name;
         EXPECT_EQ(op->text(), name);
+        const bool byGraphics = graphicsSet.count(name) > 0;
         const bool byLanguage =
-            !later.count(name) && std::count(language.begin(), language.end(), name);
-        EXPECT_EQ(dynamic_cast<GeneratedOperator*>(value) == nullptr, byLanguage) << name;
-        ++(byLanguage ? languageWins : generatedWins);
+            !byGraphics && !later.count(name) && std::count(language.begin(), language.end(), name);
+        EXPECT_EQ(dynamic_cast<Postscript2PdfObject*>(value) != nullptr, byGraphics) << name;
+        EXPECT_EQ(dynamic_cast<GeneratedOperator*>(value) == nullptr, byLanguage || byGraphics)
+            << name;
+        ++(byGraphics ? graphicsWins : byLanguage ? languageWins : generatedWins);
     }
-    EXPECT_EQ(languageWins, 90u);
-    EXPECT_EQ(generatedWins, 244u);
+    EXPECT_EQ(graphicsWins, 77u);
+    EXPECT_EQ(languageWins, 92u);
+    EXPECT_EQ(generatedWins, 166u);
     EXPECT_EQ(valueWins, 5u);
     // The operators, the five values and systemdict itself: nothing else.
-    EXPECT_EQ(set.systemData->entries.size(), 90u + 244u + 5u + 1u);
+    EXPECT_EQ(set.systemData->entries.size(), 77u + 92u + 166u + 5u + 1u);
     EXPECT_EQ(set.systemData->findText("systemdict"), set.systemDict.get());
     EXPECT_EQ(set.systemData->findText("userdict"), set.userDict.get());
     EXPECT_EQ(set.systemData->findText("globaldict"), set.globalDict.get());

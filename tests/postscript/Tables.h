@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <string_view>
 
 // A row of an operator table: a program, and the operand stack it leaves in
 // "==" forms, bottom first and joined by blanks, or "ERROR: <message>". A
@@ -27,7 +28,21 @@ struct FailCase {
     const char* stackAfterNext = nullptr;
 };
 
+// A row of a content table: a program, the exact PDF content it writes, and
+// the operand stack it leaves. Content may hold NUL bytes: write it as a
+// string_view literal.
+struct ContentCase {
+    const char* program;
+    std::string_view content;
+    const char* stack = "";
+    // False where the clip placement of an operator looks back into text that
+    // an earlier call has already handed out: a split there legitimately
+    // places the clip differently.
+    bool splits = true;
+};
+
 void PrintTo(const Case& row, std::ostream* os);
+void PrintTo(const ContentCase& row, std::ostream* os);
 void PrintTo(const FailCase& row, std::ostream* os);
 
 // Runs a row on a fresh handle, which it closes.
@@ -35,7 +50,14 @@ void expectGives(const Case& row);
 // Runs a failure row on the given handle.
 void expectFailure(testing_support::Session& session, const FailCase& row);
 
+// Runs a content row on a fresh handle in one buffer; then, unless the row
+// says otherwise, at every split into two buffers, whose two contents joined
+// must be the same bytes and whose stack the same.
+void expectContent(const ContentCase& row);
+
 // The two tables every family file instantiates with rows of its own; each row
 // runs on a fresh handle.
 class Eval : public ::testing::TestWithParam<Case> {};
 class Fails : public ::testing::TestWithParam<FailCase> {};
+// The table of the graphics families: exact content, also split in two.
+class Content : public ::testing::TestWithParam<ContentCase> {};

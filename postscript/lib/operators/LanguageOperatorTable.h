@@ -131,6 +131,10 @@
     X("index", IndexOperator, KEL_OPERATOR)                                                        \
     /* key load value */                                                                           \
     X("load", LoadOperator, KEL_OPERATOR)                                                          \
+    /* - currentglobal bool   true when the global memory is current */                            \
+    X("currentglobal", CurrentglobalOperator, KEL_OPERATOR)                                        \
+    /* bool setglobal bool   makes the global memory current; the operand stays, unread */         \
+    X("setglobal", SetglobalOperator, KEL_OPERATOR)                                                \
     /* int string string   n bytes of 0 */                                                         \
     X("string", StringOperator, KEL_OPERATOR)                                                      \
     /* any stopped bool   true when a stop ended it, false when it ran to its end; */              \

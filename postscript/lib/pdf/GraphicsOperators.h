@@ -1,8 +1,12 @@
 #pragma once
 
 #include "operators/LanguageOperators.h"
+#include "pdf/FontOperators.h"
 #include "pdf/GraphicsOperatorTable.h"
+#include "pdf/MatrixOperators.h"
+#include "pdf/PathOperators.h"
 #include "pdf/Postscript2PdfObject.h"
+#include "pdf/StateOperators.h"
 
 #define KEL_GRAPHICS_DECLARE(name, Class, Declare) Declare(Class);
 KEL_GRAPHICS_OPERATORS(KEL_GRAPHICS_DECLARE)
