@@ -16,7 +16,6 @@ Ghostscript is only the yardstick here; nothing of the library uses it.
 
 import argparse
 import os
-import resource
 import shutil
 import subprocess
 import sys
@@ -103,14 +102,27 @@ PROGRAMS = [
 ]
 
 
+def measure(command):
+    """Runs command to its end; a CompletedProcess with, beside the usual
+    fields, cpu_seconds (user and system) and peak_kib (peak resident memory)
+    of that child alone. Output goes through files, so no pipe can stall."""
+    with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
+        child = subprocess.Popen(command, stdout=out, stderr=err)
+        _, status, usage = os.wait4(child.pid, 0)
+        child.returncode = os.waitstatus_to_exitcode(status)
+        out.seek(0)
+        err.seek(0)
+        done = subprocess.CompletedProcess(command, child.returncode, out.read(), err.read())
+    done.cpu_seconds = usage.ru_utime + usage.ru_stime
+    done.peak_kib = usage.ru_maxrss
+    return done
+
+
 def timed(command):
     """CPU seconds of the child (user and system): on a shared, loaded machine
     the wall clock mostly measures the wait for a core."""
-    before = resource.getrusage(resource.RUSAGE_CHILDREN)
-    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-    after = resource.getrusage(resource.RUSAGE_CHILDREN)
-    seconds = (after.ru_utime - before.ru_utime) + (after.ru_stime - before.ru_stime)
-    return seconds, done
+    done = measure(command)
+    return done.cpu_seconds, done
 
 
 def check(name, label, done):
