@@ -44,11 +44,25 @@ void writeColor(Postscript2Pdf& pdf, const double* values, int n, std::string_vi
     pdf.appendContent(text, static_cast<std::size_t>(p - text));
 }
 
-void remember(Postscript2Pdf& pdf, int32_t kind, const double* values, int n) {
+// Pops the n components, writes them (HSB as RGB) and remembers them as given.
+// Everything is read before anything is written, so a failure leaves the
+// content and the colour of before.
+void setColor(Interpreter& interpreter, Postscript2Pdf& pdf, int32_t kind, int n,
+              std::string_view stroke, std::string_view fill) {
+    double given[4];
+    popNumbers(interpreter, given, n);
+    double rgb[3];
+    const double* written = given;
+    if (kind == hsbKind) {
+        const Rgb converted = hsbToRgb(given[0], given[1], given[2]);
+        rgb[0] = converted.r, rgb[1] = converted.g, rgb[2] = converted.b;
+        written = rgb;
+    }
+    writeColor(pdf, written, n, stroke, fill);
     GraphicsState& state = pdf.currentState();
     state.colorKind = kind;
     for (int i = 0; i < n; ++i)
-        state.color[i] = values[i];
+        state.color[i] = given[i];
 }
 
 // The query operators answer only in the model the colour was set in.
@@ -67,36 +81,22 @@ double grayOf(const Rgb& rgb) {
 
 // r g b setrgbcolor -
 void SetrgbcolorOperator::execute(Interpreter& interpreter) {
-    double rgb[3];
-    popNumbers(interpreter, rgb, 3);
-    writeColor(*pdf, rgb, 3, "RG ", "rg ");
-    remember(*pdf, rgbKind, rgb, 3);
+    setColor(interpreter, *pdf, rgbKind, 3, "RG ", "rg ");
 }
 
 // h s b sethsbcolor -   written as RGB, remembered as given
 void SethsbcolorOperator::execute(Interpreter& interpreter) {
-    double hsb[3];
-    popNumbers(interpreter, hsb, 3);
-    const Rgb converted = hsbToRgb(hsb[0], hsb[1], hsb[2]);
-    const double rgb[3] = {converted.r, converted.g, converted.b};
-    writeColor(*pdf, rgb, 3, "RG ", "rg ");
-    remember(*pdf, hsbKind, hsb, 3);
+    setColor(interpreter, *pdf, hsbKind, 3, "RG ", "rg ");
 }
 
 // c m y k setcmykcolor -
 void SetcmykcolorOperator::execute(Interpreter& interpreter) {
-    double cmyk[4];
-    popNumbers(interpreter, cmyk, 4);
-    writeColor(*pdf, cmyk, 4, "K ", "k ");
-    remember(*pdf, cmykKind, cmyk, 4);
+    setColor(interpreter, *pdf, cmykKind, 4, "K ", "k ");
 }
 
 // g setgray -
 void SetgrayOperator::execute(Interpreter& interpreter) {
-    double gray;
-    popNumbers(interpreter, &gray, 1);
-    writeColor(*pdf, &gray, 1, "G ", "g ");
-    remember(*pdf, grayKind, &gray, 1);
+    setColor(interpreter, *pdf, grayKind, 1, "G ", "g ");
 }
 
 // - currentrgbcolor r g b
