@@ -96,12 +96,9 @@ void Postscript2Pdf::writeMatrix(const double m[6], const char* op) {
 }
 
 void Postscript2Pdf::readMatrix(const ArrayData& array, double m[6]) {
-    for (int i = 5; i >= 0; --i)
-        m[i] = objectToNumber(array.requiredAt(static_cast<std::size_t>(i)));
+    ::readMatrix(array, m);
 }
 
 void Postscript2Pdf::storeMatrix(ArrayData& array, const double m[6]) {
-    array.items.clear();
-    for (int i = 0; i < 6; ++i)
-        array.items.push(new RealObject(m[i]));
+    ::storeMatrix(array, m);
 }
