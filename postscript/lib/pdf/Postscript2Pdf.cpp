@@ -6,6 +6,7 @@
 #include "operators/LanguageOperators.h"
 #include "pdf/GraphicsOperators.h"
 #include "pdf/NumberFormat.h"
+#include "pdf/StartupTexts.h"
 #include "platform/DebugOutput.h"
 
 #include <cstring>
@@ -22,6 +23,7 @@ Postscript2Pdf::Postscript2Pdf(const double matrix[6], PdfObjectList& objects)
     generatedOps = std::make_unique<ImplementedGenOps>(interpreter.get());
     installLanguage(*interpreter, *generatedOps);
     registerGraphicsOperators(*this);
+    runStartupTexts(*interpreter);
 }
 
 Postscript2Pdf::~Postscript2Pdf() = default;
