@@ -41,8 +41,12 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"null null lt ", "ERROR: Unsupported type comparison"},
         Case{"1 ge ", "ERROR: pop - expected item on stack"},
         Case{"eq ", "ERROR: pop - expected item on stack"},
-        // A cycle fails instead of overflowing the machine's stack.
-        Case{"/a 1 array def a 0 a put a a eq ", "ERROR: Objects nested too deeply to compare"},
+        // One body equals itself, cycle or not; two cycles fail instead of
+        // overflowing the machine's stack.
+        Case{"/a 1 array def a 0 a put a a eq ", "true"},
+        Case{"userdict userdict eq 1 dict dup /d 1 index put dup eq ", "true true"},
+        Case{"/a 1 array def a 0 a put /b 1 array def b 0 b put a b eq ",
+             "ERROR: Objects nested too deeply to compare"},
         Case{"/a 1 array def a 0 a put a == ", "ERROR: Array nested too deeply to print"}),
     testing_support::RowName());
 

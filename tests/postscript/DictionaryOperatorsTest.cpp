@@ -80,10 +80,10 @@ INSTANTIATE_TEST_SUITE_P(
              "B a ab abc b \xff"},
         Case{"1 dict dup begin 5 0 def 5.0 0 def (5) 0 def { 1 2 3 } 0 def end { pop } forall ",
              "5 ps_array, size=3 ps_integer 5 ps_real 5.000000"},
-        Case{"/p { /p load 1 def } def p currentdict { pop } forall ",
+        Case{"1 dict begin /p { /p load 1 def } def p currentdict { pop } forall ",
              "p ps_array, size=4, exec index=4"},
         // A clone keeps the position of the running procedure it was made from.
-        Case{"/p { /p load dup exch pop 1 def } def p currentdict { pop } forall ",
+        Case{"1 dict begin /p { /p load dup exch pop 1 def } def p currentdict { pop } forall ",
              "p ps_array, size=7, exec index=3"}),
     testing_support::RowName());
 

@@ -46,7 +46,7 @@ TEST(ObjectTexts, DescribeEqualsAndDoubleEquals) {
         {new ArrayObject(local, '['), "ps_array, size=0", "[]", "--nostringval--"},
         {in.makeDictionary(), "ps_dictionary 0 entries (ps_save Local Memory)", "-dict-",
          "--nostringval--"},
-        {in.dictionaries->userDict.get(), "ps_dictionary User  0 entries (ps_save Local Memory)",
+        {in.dictionaries->userDict.get(), "ps_dictionary User  41 entries (ps_save Local Memory)",
          "-dict-", "--nostringval--"},
         {new FileObject(local, new FileData), "ps_file", "ps_file", "--nostringval--"},
         {new VirtualMemoryObject("Save 3"), "ps_save Save 3", "ps_save Save 3", "--nostringval--"},

@@ -147,6 +147,8 @@ TEST(ScannerBuffers, UndefinedImmediateNameKeepsItsToken) {
 TEST(ScannerPrimitives, FailuresAtTheEdges) {
     testing_support::Session s;
     Parser& parser = *s.interpreter().parser;
+    const auto* none = reinterpret_cast<const unsigned char*>("");
+    parser.setBuffer(none, none);
     EXPECT_EQ(failureOf([&] { parser.backChar(); }), "Cannot go back");
     EXPECT_EQ(failureOf([&] { parser.nextChar(); }), "Cannot get next char when none left");
     EXPECT_EQ(failureOf([&] { parser.skipChar(); }), "Cannot skip when no chars left");

@@ -2,6 +2,7 @@
 
 #include "core/Interpreter.h"
 #include "core/PostscriptException.h"
+#include "core/ValueObjects.h"
 
 PostscriptObject* ArrayData::requiredAt(std::size_t index) const {
     PostscriptObject* element = items.at(index);
@@ -30,4 +31,15 @@ std::string ArrayObject::doubleEqualsText() const {
     }
     text += ']';
     return text;
+}
+
+void readMatrix(const ArrayData& array, double m[6]) {
+    for (int i = 5; i >= 0; --i)
+        m[i] = objectToNumber(array.requiredAt(static_cast<std::size_t>(i)));
+}
+
+void storeMatrix(ArrayData& array, const double m[6]) {
+    array.items.clear();
+    for (int i = 0; i < 6; ++i)
+        array.items.push(new RealObject(m[i]));
 }

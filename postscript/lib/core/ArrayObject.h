@@ -18,6 +18,13 @@ public:
     ObjectStack items;
 };
 
+// A matrix is six numbers of an array. They are read from the last to the
+// first, which decides the failure seen first; elements beyond the sixth are
+// ignored.
+void readMatrix(const ArrayData& array, double m[6]);
+// The array becomes exactly six new reals, whatever its length was.
+void storeMatrix(ArrayData& array, const double m[6]);
+
 // An array, and a procedure when its body's bracket is "{". A running
 // procedure keeps its position in execIndex.
 class ArrayObject : public CompositeObject {

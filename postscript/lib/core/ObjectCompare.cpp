@@ -54,6 +54,12 @@ bool objectsEqual(const PostscriptObject* a, const PostscriptObject* b) {
     NestingGuard guard("Objects nested too deeply to compare");
     if (a->type == ps_null) return b->type == ps_null;
     if (b->type == ps_null) return false;
+    // One body is equal to itself. Deep comparison would say so too, but
+    // would never end on a body that holds itself, as userdict does by U.
+    if ((a->type == ps_dictionary || a->type == ps_array) && a->type == b->type &&
+        static_cast<const CompositeObject*>(a)->data ==
+            static_cast<const CompositeObject*>(b)->data)
+        return true;
     if (a->type == ps_dictionary && b->type == ps_dictionary) {
         const auto& left = static_cast<const DictionaryObject*>(a)->dictionaryData()->entries;
         const DictionaryData* right = static_cast<const DictionaryObject*>(b)->dictionaryData();

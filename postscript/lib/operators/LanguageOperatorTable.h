@@ -117,6 +117,12 @@
     X("mod", ModOperator, KEL_OPERATOR)                                                            \
     /* proc bind proc            does nothing; names are looked up at each run */                  \
     X("bind", BindOperator, KEL_OPERATOR)                                                          \
+    /* - matrix matrix   a new identity: six reals */                                              \
+    X("matrix", MatrixOperator, KEL_OPERATOR)                                                      \
+    /* array identmatrix array   positions 0 to 5 replaced or appended */                          \
+    X("identmatrix", IdentmatrixOperator, KEL_OPERATOR)                                            \
+    /* matrix1 matrix2 matrix3 concatmatrix matrix3   computed in floats */                        \
+    X("concatmatrix", ConcatmatrixOperator, KEL_OPERATOR)                                          \
     /* any1 ... anyn clear - */                                                                    \
     X("clear", ClearOperator, KEL_OPERATOR)                                                        \
     /* any1 ... anyn count any1 ... anyn n */                                                      \
@@ -197,6 +203,16 @@
     X("=", EqualsOperator, KEL_OPERATOR)                                                           \
     /* any == -    writes the object's "==" text and a line feed */                                \
     X("==", DoubleEqualsOperator, KEL_OPERATOR)                                                    \
+    /* - vmstatus level used max   the save level and two constants */                             \
+    X("vmstatus", VmstatusOperator, KEL_OPERATOR)                                                  \
+    /* - statusdict dict   a new dictionary of two entries at every call */                        \
+    X("statusdict", StatusdictOperator, KEL_OPERATOR)                                              \
+    /* key font definefont font   into FontDirectory, with no FID */                               \
+    X("definefont", DefinefontOperator, KEL_OPERATOR)                                              \
+    /* key category resourcestatus 0 0 true   whatever was asked */                                \
+    X("resourcestatus", ResourcestatusOperator, KEL_OPERATOR)                                      \
     /* string seek anchorsearch post match true | string false */                                  \
     /* A match shortens the string's own body, seen by everything sharing it. */                   \
-    X("anchorsearch", AnchorsearchOperator, KEL_OPERATOR)
+    X("anchorsearch", AnchorsearchOperator, KEL_OPERATOR)                                          \
+    /* - getdoubles -   the operand stack's numbers, top first, for the host */                    \
+    X("getdoubles", GetDoublesOperator, KEL_OPERATOR)

@@ -6,6 +6,7 @@
 #include "operators/LanguageOperators.h"
 #include "pdf/GraphicsOperators.h"
 #include "pdf/NumberFormat.h"
+#include "pdf/StartupTexts.h"
 #include "platform/DebugOutput.h"
 
 #include <cstring>
@@ -22,6 +23,7 @@ Postscript2Pdf::Postscript2Pdf(const double matrix[6], PdfObjectList& objects)
     generatedOps = std::make_unique<ImplementedGenOps>(interpreter.get());
     installLanguage(*interpreter, *generatedOps);
     registerGraphicsOperators(*this);
+    runStartupTexts(*interpreter);
 }
 
 Postscript2Pdf::~Postscript2Pdf() = default;
@@ -96,12 +98,9 @@ void Postscript2Pdf::writeMatrix(const double m[6], const char* op) {
 }
 
 void Postscript2Pdf::readMatrix(const ArrayData& array, double m[6]) {
-    for (int i = 5; i >= 0; --i)
-        m[i] = objectToNumber(array.requiredAt(static_cast<std::size_t>(i)));
+    ::readMatrix(array, m);
 }
 
 void Postscript2Pdf::storeMatrix(ArrayData& array, const double m[6]) {
-    array.items.clear();
-    for (int i = 0; i < 6; ++i)
-        array.items.push(new RealObject(m[i]));
+    ::storeMatrix(array, m);
 }
