@@ -118,6 +118,9 @@ INSTANTIATE_TEST_SUITE_P(
                       FailCase{"5 (a) 1 [] scale ", "Unsupported number type", "5"},
                       FailCase{"5 (a) rotate ", "Unsupported number type", "5"},
                       FailCase{"1 translate ", "pop - expected item on stack", ""},
+                      // Only an array selects the form with a matrix; a string is a number operand.
+                      FailCase{"5 1 2 (s) rotate ", "Unsupported number type", "5 1 2"},
+                      FailCase{"5 1 2 (s) transform ", "Unsupported number type", "5 1"},
                       FailCase{"5 1 2 [1 2] transform ", "No object at given array index", "5"},
                       FailCase{"5 1 (y) itransform ", "Unsupported number type", "5"},
                       FailCase{"5 currentmatrix ", "Expected ps_array at currentmatrix", ""}),

@@ -1,6 +1,7 @@
 #include "Tables.h"
 
 #include "core/CompositeObject.h"
+#include "pdf/StateOperators.h"
 
 #include <cstdlib>
 #include <string>
@@ -118,8 +119,9 @@ unsigned saveNumber(Session& s) {
 
 TEST(StateOperators, SaveObjectsAreNumberedAcrossHandles) {
     Session first;
+    const uint32_t n = savesMade();
     ASSERT_TRUE(first.run("save ")) << first.error();
-    const unsigned n = saveNumber(first);
+    EXPECT_EQ(saveNumber(first), n);
     ASSERT_TRUE(first.run("save ")) << first.error();
     EXPECT_EQ(saveNumber(first), n + 1);
     EXPECT_EQ(first.interpreter().saveLevel, 3);
@@ -128,6 +130,7 @@ TEST(StateOperators, SaveObjectsAreNumberedAcrossHandles) {
     EXPECT_EQ(saveNumber(second), n + 2);
     EXPECT_EQ(second.stackValues(), "ps_save Save " + std::to_string(n + 2));
     EXPECT_EQ(second.interpreter().saveLevel, 2);
+    EXPECT_EQ(savesMade(), n + 3);
 }
 
 TEST(StateOperators, RestoreCountsDownEvenWhenItFails) {

@@ -58,6 +58,10 @@ uint32_t saveCounter = 0;
 
 } // namespace
 
+uint32_t savesMade() {
+    return saveCounter;
+}
+
 void SetscreenOperator::execute(Interpreter& interpreter) {
     dropOperands(interpreter, 3);
 }
