@@ -44,6 +44,8 @@ const std::string_view corpus[] = {
 // Arrays element by element, with their bracket, attribute and position;
 // operators apart from names; strings with their bytes and filters.
 std::string picture(const PostscriptObject* object, int depth = 0) {
+    // Save objects are numbered across the process: every run's differ.
+    if (object->type == ps_save) return "ps_save";
     if (object->type != ps_array) return render(object);
     const auto* array = static_cast<const ArrayObject*>(object);
     if (depth > 16) return "...";

@@ -1,11 +1,16 @@
 #include "operators/LanguageOperators.h"
 
-#include "core/PostscriptException.h"
+#include "core/Interpreter.h"
+#include "core/ValueObjects.h"
 
-// Not built yet.
-void CurrentglobalOperator::execute(Interpreter&) {
-    PS_THROW("currentglobal is not built yet");
+void CurrentglobalOperator::execute(Interpreter& interpreter) {
+    MemoryRecord& memory = *interpreter.memory;
+    interpreter.operandStack->push(
+        new BooleanObject(memory.currentMemory == memory.globalMemory.get()));
 }
-void SetglobalOperator::execute(Interpreter&) {
-    PS_THROW("setglobal is not built yet");
+
+// The boolean operand is neither popped nor read: false makes the global
+// memory current too, and nothing leads back to the local one.
+void SetglobalOperator::execute(Interpreter& interpreter) {
+    interpreter.memory->currentMemory = interpreter.memory->globalMemory.get();
 }

@@ -4,6 +4,12 @@
 
 class Interpreter;
 
+// Matrices are six doubles a b c d e f; a point is a row vector, so "m then
+// n" is m x n.
+void multiplyMatrices(const double m[6], const double n[6], double product[6]);
+// A singular matrix is not refused: its inverse is infinities or NaN.
+void invertMatrix(const double m[6], double inverse[6]);
+
 // transform, itransform and idtransform: pop an optional matrix, then y and
 // x, and push the transformed x and y. Without a matrix the current state's
 // tracked matrix is used.
