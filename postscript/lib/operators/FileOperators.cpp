@@ -13,12 +13,25 @@
 
 namespace {
 
+// What the three reads of the current file pop: the string, then the file,
+// each checked under the operator's own name.
+struct ReadOperands {
+    Popped<StringObject> string;
+    Popped<FileObject> file;
+};
+
+ReadOperands popReadOperands(Interpreter& interpreter, const char* who) {
+    ReadOperands operands;
+    operands.string = interpreter.operandStack->pop<StringObject>(who);
+    operands.file = interpreter.operandStack->pop<FileObject>(who);
+    return operands;
+}
+
 // The buffer ran out before the read was done: the operands go back as they
 // came, and the operator waits on the execution stack for the next buffer.
-void suspendRead(Interpreter& interpreter, NameObject* reader, PostscriptObject* file,
-                 PostscriptObject* string) {
-    interpreter.operandStack->push(file);
-    interpreter.operandStack->push(string);
+void suspendRead(Interpreter& interpreter, NameObject* reader, const ReadOperands& operands) {
+    interpreter.operandStack->push(operands.file.get());
+    interpreter.operandStack->push(operands.string.get());
     interpreter.executionStack->push(reader);
     interpreter.suspended = true;
 }
@@ -140,22 +153,21 @@ void FilterOperator::execute(Interpreter& interpreter) {
 }
 
 void ReadstringOperator::execute(Interpreter& interpreter) {
-    Popped<StringObject> string = interpreter.operandStack->pop<StringObject>("readstring");
-    Popped<FileObject> file = interpreter.operandStack->pop<FileObject>("readstring");
-    if (file->fileData()->source) {
-        readFilterChain(interpreter, file.get(), string);
+    ReadOperands operands = popReadOperands(interpreter, "readstring");
+    if (operands.file->fileData()->source) {
+        readFilterChain(interpreter, operands.file.get(), operands.string);
         return;
     }
-    requireCurrentFile(file, "Only supports readstring from currentfile");
+    requireCurrentFile(operands.file, "Only supports readstring from currentfile");
     Parser& parser = *interpreter.parser;
-    const std::size_t target = string->text().size();
+    const std::size_t target = operands.string->text().size();
     // A read that starts empty drops white space wherever it stands in its
     // data; one that resumes with bytes in hand keeps it. The data is text.
     const bool dropWhiteSpace = resumeText.empty();
     if (dropWhiteSpace) resumeText.reserve(target);
     while (resumeText.size() < target) {
         if (!parser.hasChars()) {
-            suspendRead(interpreter, this, file.get(), string.get());
+            suspendRead(interpreter, this, operands);
             return;
         }
         if (!dropWhiteSpace) {
@@ -172,18 +184,17 @@ void ReadstringOperator::execute(Interpreter& interpreter) {
 }
 
 void ReadhexstringOperator::execute(Interpreter& interpreter) {
-    Popped<StringObject> string = interpreter.operandStack->pop<StringObject>("readhexstring");
-    Popped<FileObject> file = interpreter.operandStack->pop<FileObject>("readhexstring");
-    requireCurrentFile(file, "Only supports readline from currentfile");
+    ReadOperands operands = popReadOperands(interpreter, "readhexstring");
+    requireCurrentFile(operands.file, "Only supports readline from currentfile");
     Parser& parser = *interpreter.parser;
-    const std::size_t target = string->text().size();
+    const std::size_t target = operands.string->text().size();
     if (resumeText.empty()) resumeText.reserve(target);
     while (resumeText.size() < target) {
         const int32_t high = pendingDigit >= 0 ? pendingDigit : nextHexDigit(parser);
         const int32_t low = high >= 0 ? nextHexDigit(parser) : -1;
         if (low < 0) {
             pendingDigit = high;
-            suspendRead(interpreter, this, file.get(), string.get());
+            suspendRead(interpreter, this, operands);
             return;
         }
         pendingDigit = -1;
@@ -193,18 +204,17 @@ void ReadhexstringOperator::execute(Interpreter& interpreter) {
 }
 
 void ReadlineOperator::execute(Interpreter& interpreter) {
-    Popped<StringObject> string = interpreter.operandStack->pop<StringObject>("readline");
-    Popped<FileObject> file = interpreter.operandStack->pop<FileObject>("readline");
-    requireCurrentFile(file, "Only supports readline from currentfile");
+    ReadOperands operands = popReadOperands(interpreter, "readline");
+    requireCurrentFile(operands.file, "Only supports readline from currentfile");
     std::string line;
     // A line cut by the end of the buffer is left there: the next buffer
     // replaces it, and the read starts again at its beginning.
-    if (!file->fileData()->readLine(interpreter, line)) {
-        suspendRead(interpreter, this, file.get(), string.get());
+    if (!operands.file->fileData()->readLine(interpreter, line)) {
+        suspendRead(interpreter, this, operands);
         return;
     }
     const bool more = !line.empty() || interpreter.parser->hasChars();
-    if (heldElsewhere(string)) string->text() += line;
+    if (heldElsewhere(operands.string)) operands.string->text() += line;
     Popped<StringObject> result(interpreter.makeString(line));
     interpreter.operandStack->push(result.get());
     interpreter.operandStack->push(new BooleanObject(more));
