@@ -68,6 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"{ currentfile 9 string readline } exec\na\rb\n", "(a) true (b)"},
         // A held operand gets the line too; the result is a new string.
         Case{"/s (x) def { currentfile s readline } exec\nab\n pop s ", "(ab) (xab)"},
+        Case{"{ (x) dup currentfile exch readline } exec\nab\n", "(x) (ab) true"},
         // The operand's length plays no part.
         Case{"{ currentfile 1 string readline } exec\nab\n", "(ab) true"}),
     testing_support::RowName());
@@ -84,7 +85,9 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"[ (abc) ] /A filter 0 string readstring ", "(abc) true"},
                       // A held operand gets the text appended; the result is still a new string.
                       Case{"/s (12) def (abc) /A filter s readstring pop s ", "(abc) (12abc)"},
-                      Case{"/s (ab) def s /A filter s readstring pop s ", "(ab) (abab)"}),
+                      Case{"/s (ab) def s /A filter s readstring pop s ", "(ab) (abab)"},
+                      // Held is said of the object: a copy that shares the body gets nothing.
+                      Case{"(12) dup (abc) /A filter exch readstring ", "(12) (abc) true"}),
     testing_support::RowName());
 
 INSTANTIATE_TEST_SUITE_P(
@@ -162,6 +165,8 @@ INSTANTIATE_TEST_SUITE_P(
                   "(\\x00\\xFF\\x80A\\x01) false"},
         ExactCase{"currentfile 2 string readhexstring \0004\3771\377ff "sv, "(A\\xFF) true"},
         ExactCase{"{ currentfile 9 string readline } exec ab\0cd "sv, "(ab) true (cd)"},
+        // currentfile eats a NUL as it eats white space.
+        ExactCase{"{ currentfile 9 string readline } exec\0ab\n"sv, "(ab) true"},
         // A NUL is the end of the file.
         ExactCase{"{ currentfile read } exec \0"sv, "false"},
         // The outer filter's name comes first in the walk; SubFileDecode adds nothing.
