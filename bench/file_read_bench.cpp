@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -17,11 +18,14 @@ constexpr int64_t rowBytes = 2400; // one row of an 800-pixel RGB image
 
 // A program that reads `decoded` bytes in reads of `row` bytes (all at once
 // for 0), and its data: hexadecimal digits in lines of 64, or raw bytes
-// without white space, which a read that ends in one call would drop.
+// without white space, which a read that ends in one call would drop, and
+// without NUL and form feed, which currentfile eats at the start of a row.
 std::string program(bool hex, int64_t decoded, int64_t row) {
     const int64_t read = row ? row : decoded;
+    const int64_t reads = decoded / read;
+    decoded = reads * read; // no data left over for the scanner
     const std::string op = hex ? "readhexstring" : "readstring";
-    std::string text = std::to_string(decoded / read) + " { currentfile " + std::to_string(read) +
+    std::string text = std::to_string(reads) + " { currentfile " + std::to_string(read) +
                        " string " + op + " pop pop } repeat\n";
     std::mt19937 random(1);
     std::uniform_int_distribution<int> byte(0, 255);
@@ -33,7 +37,9 @@ std::string program(bool hex, int64_t decoded, int64_t row) {
             text += digits[value & 15];
             if (i % 32 == 31) text += '\n';
         } else {
-            if (value == ' ' || value == '\t' || value == '\n' || value == '\r') value = 'w';
+            if (std::string_view(" \t\n\r\f\0", 6).find(static_cast<char>(value)) !=
+                std::string_view::npos)
+                value = 'w';
             text += static_cast<char>(value);
         }
     }

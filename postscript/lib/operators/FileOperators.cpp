@@ -170,15 +170,15 @@ void ReadstringOperator::execute(Interpreter& interpreter) {
             suspendRead(interpreter, this, operands);
             return;
         }
-        if (!dropWhiteSpace) {
-            const std::size_t take = std::min(target - resumeText.size(),
-                                              static_cast<std::size_t>(parser.end - parser.cursor));
-            resumeText.append(reinterpret_cast<const char*>(parser.cursor), take);
-            parser.cursor += take;
-            continue;
-        }
-        const unsigned char byte = parser.nextChar();
-        if (!isWhiteSpace(byte)) resumeText.push_back(static_cast<char>(byte));
+        // The bytes it still lacks, or what the buffer has; runs between white
+        // space go over whole.
+        const unsigned char* at = parser.cursor;
+        const unsigned char* limit =
+            at + std::min(target - resumeText.size(), static_cast<std::size_t>(parser.end - at));
+        while (at < limit && !(dropWhiteSpace && isWhiteSpace(*at)))
+            ++at;
+        resumeText.append(reinterpret_cast<const char*>(parser.cursor), at - parser.cursor);
+        parser.cursor = at < limit ? at + 1 : at;
     }
     pushRead(interpreter, resumeText);
 }
