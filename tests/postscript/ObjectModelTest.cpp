@@ -48,7 +48,8 @@ TEST(ObjectTexts, DescribeEqualsAndDoubleEquals) {
          "--nostringval--"},
         {in.dictionaries->userDict.get(), "ps_dictionary User  41 entries (ps_save Local Memory)",
          "-dict-", "--nostringval--"},
-        {new FileObject(local, new FileData), "ps_file", "ps_file", "--nostringval--"},
+        {new FileObject(local, new FileData(in, FileData::currentFile)), "ps_file", "ps_file",
+         "--nostringval--"},
         {new VirtualMemoryObject("Save 3"), "ps_save Save 3", "ps_save Save 3", "--nostringval--"},
     };
     for (const Row& row : rows) {

@@ -13,6 +13,9 @@ struct MemoryRecord;
 
 // The dictionaries of an interpreter and the dictionary stack. Walks go from
 // the top of the stack down and stop at an entry that is not a dictionary.
+// systemdict, globaldict and userdict: the bottom of the dictionary stack.
+constexpr std::size_t permanentDictionaries = 3;
+
 class DictionarySet {
 public:
     DictionarySet(MemoryRecord* memories, NameTable* names);

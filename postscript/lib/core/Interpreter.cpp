@@ -16,10 +16,12 @@ Interpreter::Interpreter()
       deferredExecutionStack(std::make_unique<ObjectStack>("Deferred execution stack")),
       memory(std::make_unique<MemoryRecord>()) {
     objectpool::Scope scope(pool.get());
+    operandStack->limit = executionStack->limit = deferredExecutionStack->limit = machineStackLimit;
     memory->localMemory.reset(new VirtualMemoryObject("Local Memory"));
     memory->globalMemory.reset(new VirtualMemoryObject("Global Memory"));
     memory->currentMemory = memory->localMemory.get();
     dictionaries = std::make_unique<DictionarySet>(memory.get(), &names);
+    dictionaries->dictionaryStack->limit = dictionaryStackLimit;
     parser = std::make_unique<Parser>(memory.get(), dictionaries.get(), &names);
 }
 
@@ -77,7 +79,7 @@ void Interpreter::run(const unsigned char* buffer, std::size_t length) {
     uint64_t steps = 0;
     for (;;) {
         if (limit && ++steps > limit)
-            PS_THROWF("Step limit of %llu reached", static_cast<unsigned long long>(limit));
+            PS_THROW_RUNAWAY("Step limit of %llu reached", static_cast<unsigned long long>(limit));
         PostscriptObject* object;
         if (!executionStack->empty()) {
             object = nextFromExecutionStack();
@@ -169,4 +171,12 @@ StringObject* Interpreter::makeString(std::string_view text) {
 
 NameObject* Interpreter::makeName(std::string_view text, bool executable) {
     return NameObject::makePlain(names.intern(text), executable);
+}
+
+void Interpreter::abandonRunaway() {
+    executionStack->clear();
+    deferredExecutionStack->clear();
+    if (operandStack->size() >= operandStack->limit) operandStack->clear();
+    if (dictionaries->dictionaryStack->size() >= dictionaries->dictionaryStack->limit)
+        dictionaries->popTo(permanentDictionaries);
 }

@@ -28,6 +28,13 @@ struct MemoryRecord {
     VirtualMemoryObject* currentMemory = nullptr;
 };
 
+// The most objects each of the machine's stacks holds. No real program comes
+// near; a runaway one (a loop that pushes and never pops, endless recursion)
+// fails here instead of exhausting memory, and the handle goes on.
+constexpr std::size_t machineStackLimit = 1000000;
+// Every look-up walks the dictionary stack: its limit is kept far lower.
+constexpr std::size_t dictionaryStackLimit = 10000;
+
 // The machine: three object stacks, the dictionaries, two memories and the
 // scanner, driven by one loop that takes the next object from the execution
 // stack, or from the scanner when that stack is empty. It lives across
@@ -51,6 +58,12 @@ public:
     // The values that stand over the operator layers in systemdict: the four
     // dictionaries, languagelevel and version.
     void defineSystemValues();
+    // After a RunawayStopped: the work left on the execution stacks is
+    // dropped, and a stack that the runaway filled is emptied (the dictionary
+    // stack down to its three permanent dictionaries), so that the next
+    // buffer starts afresh instead of running into the same wall.
+    void abandonRunaway();
+
     void appendStdout(std::string_view text) { stdoutText += text; }
 
     ArrayObject* makeArray();

@@ -6,6 +6,12 @@ void ObjectStack::failNullPush() {
     PS_THROW("cannot push null item onto stack");
 }
 
+void ObjectStack::failPush(PostscriptObject* object) const {
+    if (!object) failNullPush();
+    releaseIfUnreferenced(object);
+    PS_THROW_RUNAWAY("%s limit of %zu objects reached", name, limit);
+}
+
 void ObjectStack::failEmptyPop() {
     PS_THROW("pop - expected item on stack");
 }

@@ -2,6 +2,7 @@
 
 #include "core/PostscriptObject.h"
 
+#include <cstdint>
 #include <vector>
 
 // Every stack of the machine and the elements of every array. Holding an
@@ -15,7 +16,8 @@ public:
 
     // Inline: every token and every step of a procedure goes through these.
     void push(PostscriptObject* object) {
-        if (!object) failNullPush();
+        if (!object || items.size() >= limit) [[unlikely]]
+            failPush(object);
         items.push_back(object);
         ++object->refCount;
     }
@@ -49,10 +51,15 @@ public:
 
     std::vector<PostscriptObject*> items;
     const char* name;
+    // The machine's stacks stop a runaway program here; an array's elements
+    // are bounded by the operators that make them.
+    std::size_t limit = SIZE_MAX;
 
     [[noreturn]] static void failNullPush();
     [[noreturn]] static void failEmptyPop();
 
 private:
+    // A null object, or a full stack: the object, which nobody holds yet, is freed.
+    [[noreturn]] void failPush(PostscriptObject* object) const;
     [[noreturn]] static void wrongType(PostscriptObject* object, uint32_t tag, const char* who);
 };

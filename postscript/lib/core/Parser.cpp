@@ -55,6 +55,20 @@ void Parser::backChar() {
     --cursor;
 }
 
+bool Parser::readLine(std::string& result) {
+    const unsigned char* start = cursor;
+    while (cursor < end && *cursor != '\n' && *cursor != '\r' && *cursor != '\0')
+        ++cursor;
+    if (cursor >= end) {
+        cursor = start;
+        return false;
+    }
+    token.append(reinterpret_cast<const char*>(start), cursor - start);
+    result = std::move(token);
+    token.clear();
+    return true;
+}
+
 PostscriptObject* Parser::makeName(std::string_view text, bool executable) {
     return NameObject::makePlain(names->intern(text), executable);
 }

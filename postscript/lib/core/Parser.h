@@ -38,6 +38,11 @@ public:
     unsigned char nextChar();
     void skipChar();
     void backChar();
+    bool hasChars() const { return cursor < end; }
+    // The file operators' line: the token so far and the bytes up to LF, CR or
+    // NUL, which stays unread. False when the buffer ends first, with the
+    // cursor and the token as they were.
+    bool readLine(std::string& result);
 
     const unsigned char* cursor = nullptr;
     const unsigned char* begin = nullptr;

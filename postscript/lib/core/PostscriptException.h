@@ -18,8 +18,17 @@ public:
     std::string text;
 };
 
+// A runaway program stopped at a machine limit (a full stack, the step
+// limit). The failure is an ordinary one to the host; the translator also
+// drops the runaway's remaining work, so that the next buffer goes on.
+class RunawayStopped : public PostscriptException {
+public:
+    using PostscriptException::PostscriptException;
+};
+
 // printf-style formatting through a buffer of 1500 bytes; longer output is cut.
 std::string formatString(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 #define PS_THROW(message) throw PostscriptException(__FILE__, __LINE__, (message))
 #define PS_THROWF(...) throw PostscriptException(__FILE__, __LINE__, formatString(__VA_ARGS__))
+#define PS_THROW_RUNAWAY(...) throw RunawayStopped(__FILE__, __LINE__, formatString(__VA_ARGS__))

@@ -137,12 +137,24 @@
     X("index", IndexOperator, KEL_OPERATOR)                                                        \
     /* key load value */                                                                           \
     X("load", LoadOperator, KEL_OPERATOR)                                                          \
+    /* - currentfile file   a new file at the scanner's cursor each time */                        \
+    X("currentfile", CurrentfileOperator, KEL_OPERATOR)                                            \
+    /* file read int true | false   fails at the end of the buffer; a NUL is the end */            \
+    X("read", ReadOperator, KEL_OPERATOR)                                                          \
+    /* file string readline line bool   waits for a buffer that holds a whole line */              \
+    X("readline", ReadlineOperator, KEL_OPERATOR)                                                  \
+    /* file string readhexstring substring bool   waits for the digits it lacks */                 \
+    X("readhexstring", ReadhexstringOperator, KEL_OWN_DECLARATION)                                 \
     /* - currentglobal bool   true when the global memory is current */                            \
     X("currentglobal", CurrentglobalOperator, KEL_OPERATOR)                                        \
     /* bool setglobal bool   makes the global memory current; the operand stays, unread */         \
     X("setglobal", SetglobalOperator, KEL_OPERATOR)                                                \
+    /* src [count string] name filter file   decodes nothing; src may be a procedure */            \
+    X("filter", FilterOperator, KEL_OPERATOR)                                                      \
     /* int string string   n bytes of 0 */                                                         \
     X("string", StringOperator, KEL_OPERATOR)                                                      \
+    /* file string readstring substring bool   waits for the bytes it lacks */                     \
+    X("readstring", ReadstringOperator, KEL_OWN_DECLARATION)                                       \
     /* any stopped bool   true when a stop ended it, false when it ran to its end; */              \
     /* failures pass through */                                                                    \
     X("stopped", StoppedOperator, KEL_OWN_DECLARATION)                                             \

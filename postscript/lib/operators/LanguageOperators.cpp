@@ -1,6 +1,7 @@
 #include "operators/LanguageOperators.h"
 
 #include "core/Interpreter.h"
+#include "operators/FileOperators.h"
 #include "operators/GeneratedOps.h"
 #include "operators/LoopOperators.h"
 #include "operators/StackOperators.h"

@@ -37,12 +37,19 @@ bool Postscript2Pdf::executeBuffer(const unsigned char* data, uint32_t length) {
         static const unsigned char none = 0;
         interpreter->run(data ? data : &none, size);
         return true;
+    } catch (RunawayStopped& failure) {
+        interpreter->abandonRunaway();
+        return failed(failure);
     } catch (PostscriptException& failure) {
-        errorText = "Exception:";
-        errorText += failure.formattedText();
-        platform::outputDebugString(errorText);
-        return false;
+        return failed(failure);
     }
+}
+
+bool Postscript2Pdf::failed(PostscriptException& failure) {
+    errorText = "Exception:";
+    errorText += failure.formattedText();
+    platform::outputDebugString(errorText);
+    return false;
 }
 
 void Postscript2Pdf::startPage(const double matrix[6]) {

@@ -13,6 +13,7 @@
 #include <vector>
 
 class ArrayData;
+class PostscriptException;
 
 // The handle of the conversion face: the translator. It owns the interpreter,
 // lays the graphics operators over its language, and keeps what PDF needs and
@@ -53,6 +54,9 @@ public:
     // "a b c d e f op\n", or nothing when the linear part vanishes (each of a
     // b c d within 0.0001 of zero): such a matrix never reaches the content.
     void writeMatrix(const double m[6], const char* op);
+
+    // Records a failure's text for the host and the debug output.
+    bool failed(PostscriptException& failure);
 
     // Six numbers of an array, read from the last to the first; elements
     // beyond the sixth are ignored.
