@@ -111,8 +111,8 @@ void paintRectangles(Interpreter& interpreter, Postscript2Pdf& pdf, const char* 
     });
 }
 
-// The current point after a painting or clipping operator stays; only the
-// subpath is closed.
+// Painting and closepath leave the current point where it is; they end the
+// subpath, so that the next arc starts one with a move.
 void endPath(Postscript2Pdf& pdf, std::string_view op) {
     pdf.contentText.append(op);
     pdf.currentState().pathStarted = false;
