@@ -11,6 +11,8 @@ class ContentWriter {
 public:
     void append(std::string_view bytes) { text_.append(bytes.data(), bytes.size()); }
     void append(const char* bytes, std::size_t length) { text_.append(bytes, length); }
+    // A splice: what stands from the offset on moves behind the bytes.
+    void insert(std::size_t at, std::string_view bytes) { text_.insert(at, bytes); }
     void clear() { text_.clear(); }
 
     const char* data() const { return text_.data(); }

@@ -5,6 +5,13 @@
 class Interpreter;
 class Postscript2Pdf;
 
+// Writes the "m" of a deferred moveto, if one waits: the path operators that
+// draw call it first.
+void flushPendingMoveto(Postscript2Pdf& pdf);
+// Pops the top operand as a number; anything else is popped and fails with
+// "Unsupported number type".
+double popPathNumber(Interpreter& interpreter);
+
 // The five values of the last arc, overwritten at each call, and the two walks
 // that cut an arc at the multiples of 90 degrees into one curve per piece.
 class Arcer {
@@ -17,6 +24,11 @@ public:
 
     void counterclockwise(Postscript2Pdf& pdf);
     void clockwise(Postscript2Pdf& pdf);
+    // Pops the five operands of arc and arcn, top first.
+    void popOperands(Interpreter& interpreter);
+
+private:
+    void segment(Postscript2Pdf& pdf, double from, double to, bool first) const;
 };
 
 // The values of the last tangent arc. The four tangent values survive between
@@ -35,7 +47,8 @@ public:
     double tangent2X = 0;
     double tangent2Y = 0;
 
-    // Pops the five operands and writes the line to the first tangent and the arc.
+    // Flushes a deferred moveto, pops the five operands and writes the line to
+    // the first tangent and the arc, walked by an Arcer.
     void tangentArc(Interpreter& interpreter, Postscript2Pdf& pdf);
 };
 
