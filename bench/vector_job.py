@@ -29,11 +29,13 @@ import random
 import sys
 import time
 
+# The interpreter reads a lone "+" or "-" as the number 0, as it reads "E"
+# as 0.0: translate goes by the name tr here.
 PROLOG = """\
 %%BeginProlog
 %%BeginResource: procset VBench_Basic 1.0 0
 /bd {bind def} bind def /ld {load def} bd
-/: /gsave ld /; /grestore ld /N /newpath ld /+ /translate ld /LH /showpage ld
+/: /gsave ld /; /grestore ld /N /newpath ld /tr /translate ld /LH /showpage ld
 /m {moveto} bd /l {lineto} bd /c {curveto} bd /h {closepath} bd
 /rm {rmoveto} bd /rl {rlineto} bd /rc {rcurveto} bd
 /A {arc} bd /An {arcn} bd
@@ -45,7 +47,7 @@ PROLOG = """\
 /R {rotate} bd /Sc {scale} bd
 /rf {rectfill} bd /rs {rectstroke} bd /rC {rectclip} bd
 /rp {4 2 roll m 1 index 0 rl 0 exch rl neg 0 rl h} bd
-/el {: N 4 2 roll + Sc 0 0 1 0 360 A h} bd
+/el {: N 4 2 roll tr Sc 0 0 1 0 360 A h} bd
 /SS {/pagesave save def} bd /RS {pagesave restore} bd
 %%EndResource
 %%EndProlog
@@ -54,7 +56,7 @@ PROLOG = """\
 # Page size in 600 dpi device units (US Letter), and the page set-up that maps
 # them onto the PostScript default space, y downward as the driver has it.
 WIDTH, HEIGHT = 5100, 6600
-PAGE_SETUP = "SS 0 792 + 0.12 -0.12 Sc 1 J 1 j 10 ML solid\n"
+PAGE_SETUP = "SS 0 792 tr 0.12 -0.12 Sc 1 J 1 j 10 ML solid\n"
 
 
 class Page:
@@ -199,7 +201,7 @@ class Page:
         else:
             parts.append(": ")
         if self.r() < 0.7:
-            parts.append(f"{self.d(400)} {self.d(400)} + ")
+            parts.append(f"{self.d(400)} {self.d(400)} tr ")
         if self.r() < 0.3:
             parts.append(f"{self.d(180)} R ")
         if self.r() < 0.3:
