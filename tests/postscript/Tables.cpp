@@ -84,7 +84,6 @@ void expectContent(const ContentCase& row) {
 TEST_P(Content, WritesExactlyAlsoSplitInTwo) {
     expectContent(GetParam());
 }
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Content);
 
 TEST_P(Eval, Gives) {
     expectGives(GetParam());
