@@ -1,6 +1,7 @@
 // The exports of the conversion face. No exception leaves them: a
 // PostscriptException becomes the error text, anything else a null result.
 #include "kelumpd64/conversion.h"
+#include "kelumpd64/limits.h"
 
 #include "pdf/Postscript2Pdf.h"
 
@@ -93,6 +94,10 @@ PdfObject** PSGetPdfObjects(PSHandle handle, uint64_t* count) {
     } catch (...) {
         return nullptr;
     }
+}
+
+void PSSetStepLimit(PSHandle handle, uint64_t steps) {
+    if (handle) translator(handle)->interpreter->stepLimit = steps;
 }
 
 } // extern "C"

@@ -9,7 +9,8 @@ void ObjectStack::failNullPush() {
 void ObjectStack::failPush(PostscriptObject* object) const {
     if (!object) failNullPush();
     releaseIfUnreferenced(object);
-    PS_THROW_RUNAWAY("%s limit of %zu objects reached", name, limit);
+    PS_THROW_RUNAWAY("%s limit of %llu objects reached", name,
+                     static_cast<unsigned long long>(limit));
 }
 
 void ObjectStack::failEmptyPop() {

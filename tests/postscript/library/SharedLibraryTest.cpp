@@ -1,6 +1,7 @@
 // Loads the shipped library by name, as a host does, finds every export of the
 // conversion face, and converts through them.
 #include "kelumpd64/conversion.h"
+#include "kelumpd64/limits.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -59,7 +60,9 @@ TEST(SharedLibrary, ExportsTheConversionFaceByName) {
     auto error = library.find<decltype(&PSGetErrorStr)>("PSGetErrorStr");
     auto startPage = library.find<decltype(&PSStartPage)>("PSStartPage");
     auto objects = library.find<decltype(&PSGetPdfObjects)>("PSGetPdfObjects");
-    ASSERT_TRUE(open && close && convert && doubles && stdOut && error && startPage && objects);
+    auto stepLimit = library.find<decltype(&PSSetStepLimit)>("PSSetStepLimit");
+    ASSERT_TRUE(open && close && convert && doubles && stdOut && error && startPage && objects &&
+                stepLimit);
 
     const float identity[6] = {1, 0, 0, 1, 0, 0};
     PSHandle h = open(identity);
@@ -98,6 +101,18 @@ TEST(SharedLibrary, ExportsTheConversionFaceByName) {
     uint64_t records = 7;
     EXPECT_NE(objects(h, &records), nullptr);
     EXPECT_EQ(records, 0u);
+
+    // A bounded call ends an endless program; the next call goes on.
+    stepLimit(h, 1000);
+    const unsigned char endless[] = "{ } loop ";
+    length = sizeof endless - 1;
+    EXPECT_EQ(convert(h, endless, &length), nullptr);
+    EXPECT_NE(std::string(error(h)).find("] Step limit of 1000 reached"), std::string::npos);
+    const unsigned char next[] = "0 0 moveto 1 1 lineto ";
+    length = sizeof next - 1;
+    const char* content = convert(h, next, &length);
+    ASSERT_NE(content, nullptr);
+    EXPECT_EQ(std::string(content, length), "0 0 m\n1 1 l\n");
     close(h);
 }
 
