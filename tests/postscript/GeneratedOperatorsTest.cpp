@@ -318,8 +318,7 @@ TEST(OperatorLayers, CountsAndWinners) {
         ASSERT_NE(op, nullptr) << name;
         EXPECT_EQ(op->text(), name);
         const bool byGraphics = graphicsSet.count(name) > 0;
-        const bool byLanguage =
-            !byGraphics && std::count(language.begin(), language.end(), name);
+        const bool byLanguage = !byGraphics && std::count(language.begin(), language.end(), name);
         EXPECT_EQ(dynamic_cast<Postscript2PdfObject*>(value) != nullptr, byGraphics) << name;
         EXPECT_EQ(dynamic_cast<GeneratedOperator*>(value) == nullptr, byLanguage || byGraphics)
             << name;

@@ -3,7 +3,6 @@
 #include "core/Interpreter.h"
 #include "kelumpd64/conversion.h"
 
-
 #include "pdf/Postscript2Pdf.h"
 #include <gtest/gtest.h>
 
