@@ -1,5 +1,6 @@
 // The C interface of the conversion face, as a host uses it.
 #include "kelumpd64/conversion.h"
+#include "kelumpd64/limits.h"
 
 #include "support/TestSupport.h"
 
@@ -59,6 +60,28 @@ TEST(ConversionExports, FailureTextStaysUntilTheNextFailure) {
     EXPECT_EQ(PSExecuteReturnStdOut(h.h, "(x\\q)", 5), nullptr);
     EXPECT_NE(std::string(PSGetErrorStr(h.h)).find("Unsupported character escape in string"),
               std::string::npos);
+}
+
+// The host's bound ends an endless program (without it, a full stack would);
+// the next call goes on with the next piece, and 0 lifts the bound.
+TEST(ConversionExports, StepLimitEndsARunawayCall) {
+    testing_support::Handle h;
+    PSSetStepLimit(h.h, 1000);
+    const unsigned char endless[] = "{ 1 } loop ";
+    uint32_t length = sizeof endless - 1;
+    EXPECT_EQ(PSConvertToPdf(h.h, endless, &length), nullptr);
+    EXPECT_NE(std::string(PSGetErrorStr(h.h)).find("] Step limit of 1000 reached"),
+              std::string::npos);
+    const unsigned char next[] = "0 0 moveto 1 1 lineto ";
+    length = sizeof next - 1;
+    const char* content = PSConvertToPdf(h.h, next, &length);
+    ASSERT_NE(content, nullptr);
+    EXPECT_EQ(std::string(content, length), "0 0 m\n1 1 l\n");
+    PSSetStepLimit(h.h, 0);
+    const unsigned char long_[] = "0 1 5000 { pop } for ";
+    length = sizeof long_ - 1;
+    EXPECT_NE(PSConvertToPdf(h.h, long_, &length), nullptr) << PSGetErrorStr(h.h);
+    PSSetStepLimit(nullptr, 5);
 }
 
 TEST(ConversionExports, NullArgumentsAreRefused) {
