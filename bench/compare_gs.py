@@ -134,6 +134,14 @@ def check(name, label, done):
         )
 
 
+def require_tools(feed):
+    """Ends the run unless gs and the feeder are there."""
+    if not shutil.which("gs"):
+        sys.exit("gs not found: it is the yardstick of this comparison")
+    if not os.access(feed, os.X_OK):
+        sys.exit(f"{feed}: no feeder; build the target ps_feed")
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--feed", default="build/default/ps_feed")
@@ -142,10 +150,7 @@ def main():
     parser.add_argument("--only", help="run only the program of this name")
     parser.add_argument("--keep", help="write the programs into this directory and keep them")
     args = parser.parse_args()
-    if not shutil.which("gs"):
-        sys.exit("gs not found: it is the yardstick of this comparison")
-    if not os.access(args.feed, os.X_OK):
-        sys.exit(f"{args.feed}: no feeder; build the target ps_feed")
+    require_tools(args.feed)
 
     workdir = args.keep or tempfile.mkdtemp(prefix="compare_gs_")
     os.makedirs(workdir, exist_ok=True)

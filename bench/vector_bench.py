@@ -45,7 +45,7 @@ import sys
 import tempfile
 import time
 
-from compare_gs import measure
+from compare_gs import measure, require_tools
 import vector_job
 
 GS = ["gs", "-q", "-dNOPAUSE", "-dBATCH"]
@@ -217,10 +217,7 @@ def main():
         "--check-content", action="store_true", help="have gs read the library's content"
     )
     args = parser.parse_args()
-    if not shutil.which("gs"):
-        sys.exit("gs not found: it is the yardstick of this comparison")
-    if not os.access(args.feed, os.X_OK):
-        sys.exit(f"{args.feed}: no feeder; build the target ps_feed")
+    require_tools(args.feed)
 
     workdir = args.keep or tempfile.mkdtemp(prefix="vector_bench_")
     os.makedirs(workdir, exist_ok=True)
