@@ -1,6 +1,7 @@
 #include "core/ObjectStack.h"
 
 #include "core/PostscriptException.h"
+#include "core/ValueObjects.h"
 
 void ObjectStack::failNullPush() {
     PS_THROW("cannot push null item onto stack");
@@ -20,6 +21,11 @@ void ObjectStack::failEmptyPop() {
 void ObjectStack::wrongType(PostscriptObject* object, uint32_t tag, const char* who) {
     releaseIfUnreferenced(object);
     PS_THROWF("Expected %s at %s", typeName(tag), who);
+}
+
+double ObjectStack::popNumber() {
+    Popped<> operand(pop());
+    return objectToNumber(operand.get());
 }
 
 void ObjectStack::clear() noexcept {

@@ -38,6 +38,10 @@ public:
         return Popped<T>(static_cast<T*>(object));
     }
 
+    // pop(), read as a number: "Unsupported number type" for anything but an
+    // integer or real, which is freed unless someone holds it.
+    double popNumber();
+
     // Position counted from the bottom; null outside the stack.
     PostscriptObject* at(std::size_t index) const {
         return index < items.size() ? items[index] : nullptr;

@@ -20,6 +20,13 @@ Popped<ArrayObject> popArray(Interpreter& interpreter, const char* failure) {
     return Popped<ArrayObject>(static_cast<ArrayObject*>(operand.get()));
 }
 
+void readFloatMatrix(const ArrayObject& array, float m[6]) {
+    double read[6];
+    readMatrix(*array.arrayData(), read);
+    for (int i = 0; i < 6; ++i)
+        m[i] = static_cast<float>(read[i]);
+}
+
 } // namespace
 
 void MatrixOperator::execute(Interpreter& interpreter) {
@@ -43,15 +50,10 @@ void ConcatmatrixOperator::execute(Interpreter& interpreter) {
     Popped<ArrayObject> target = popArray(interpreter, failure);
     Popped<ArrayObject> second = popArray(interpreter, failure);
     Popped<ArrayObject> first = popArray(interpreter, failure);
-    double read[6];
-    readMatrix(*first->arrayData(), read);
     float m[6];
-    for (int i = 0; i < 6; ++i)
-        m[i] = static_cast<float>(read[i]);
-    readMatrix(*second->arrayData(), read);
+    readFloatMatrix(*first, m);
     float n[6];
-    for (int i = 0; i < 6; ++i)
-        n[i] = static_cast<float>(read[i]);
+    readFloatMatrix(*second, n);
     const double product[6] = {
         n[0] * m[0] + n[2] * m[1],        n[1] * m[0] + n[3] * m[1],
         n[0] * m[2] + n[2] * m[3],        n[1] * m[2] + n[3] * m[3],

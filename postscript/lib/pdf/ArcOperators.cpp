@@ -35,11 +35,11 @@ double firstBoundary(double angle, int64_t step) {
 } // namespace
 
 void Arcer::popOperands(Interpreter& interpreter) {
-    endAngle = popPathNumber(interpreter);
-    startAngle = popPathNumber(interpreter);
-    radius = popPathNumber(interpreter);
-    centerY = popPathNumber(interpreter);
-    centerX = popPathNumber(interpreter);
+    endAngle = interpreter.operandStack->popNumber();
+    startAngle = interpreter.operandStack->popNumber();
+    radius = interpreter.operandStack->popNumber();
+    centerY = interpreter.operandStack->popNumber();
+    centerX = interpreter.operandStack->popNumber();
 }
 
 // One Bezier curve for the piece from one angle to the other. The first piece
@@ -111,11 +111,11 @@ void Arcer::clockwise(Postscript2Pdf& pdf) {
 
 void Arcter::tangentArc(Interpreter& interpreter, Postscript2Pdf& pdf) {
     flushPendingMoveto(pdf);
-    radius = popPathNumber(interpreter);
-    endY = popPathNumber(interpreter);
-    endX = popPathNumber(interpreter);
-    cornerY = popPathNumber(interpreter);
-    cornerX = popPathNumber(interpreter);
+    radius = interpreter.operandStack->popNumber();
+    endY = interpreter.operandStack->popNumber();
+    endX = interpreter.operandStack->popNumber();
+    cornerY = interpreter.operandStack->popNumber();
+    cornerX = interpreter.operandStack->popNumber();
     GraphicsState& state = pdf.currentState();
     startX = state.currentX;
     startY = state.currentY;

@@ -17,10 +17,8 @@ enum ColorKind : int32_t { rgbKind = 0, hsbKind = 1, cmykKind = 2, grayKind = 3 
 // gets the deepest. A failure leaves what was popped off the stack and the
 // state untouched.
 void popNumbers(Interpreter& interpreter, double* values, int n) {
-    for (int i = n - 1; i >= 0; --i) {
-        Popped<> operand = interpreter.operandStack->popHeld();
-        values[i] = objectToNumber(operand.get());
-    }
+    for (int i = n - 1; i >= 0; --i)
+        values[i] = interpreter.operandStack->popNumber();
 }
 
 // "n ... stroke n ... fill": the group is formatted once and the whole text

@@ -38,8 +38,7 @@ void FindfontOperator::execute(Interpreter& interpreter) {
 // scaled in place: every later user of the font sees both factors of two
 // scalings.
 void ScalefontOperator::execute(Interpreter& interpreter) {
-    Popped<> scaleOperand = interpreter.operandStack->popHeld();
-    const double scale = objectToNumber(scaleOperand.get());
+    const double scale = interpreter.operandStack->popNumber();
     const DictionaryObject* font = objectAs<DictionaryObject>(interpreter.operandStack->top());
     if (!font) PS_THROW("expected font dictionary");
     double m[6];

@@ -16,11 +16,6 @@ void flushPendingMoveto(Postscript2Pdf& pdf) {
     pdf.pendingMoveto = false;
 }
 
-double popPathNumber(Interpreter& interpreter) {
-    Popped<> operand(interpreter.operandStack->pop());
-    return objectToNumber(operand.get());
-}
-
 namespace {
 
 bool separates(char c) {
@@ -98,7 +93,7 @@ void readRectangles(Interpreter& interpreter, const char* failure, OnRectangle o
     double rectangle[4];
     rectangle[3] = objectToNumber(top.get());
     for (int i = 2; i >= 0; --i)
-        rectangle[i] = popPathNumber(interpreter);
+        rectangle[i] = interpreter.operandStack->popNumber();
     onRectangle(rectangle);
 }
 
@@ -168,8 +163,8 @@ void EofillOperator::execute(Interpreter&) {
 
 // Only the last of a run of movetos reaches the content, when something draws.
 void MovetoOperator::execute(Interpreter& interpreter) {
-    const double y = popPathNumber(interpreter);
-    const double x = popPathNumber(interpreter);
+    const double y = interpreter.operandStack->popNumber();
+    const double x = interpreter.operandStack->popNumber();
     GraphicsState& state = pdf->currentState();
     state.currentX = x;
     state.currentY = y;
@@ -177,8 +172,8 @@ void MovetoOperator::execute(Interpreter& interpreter) {
 }
 
 void RmovetoOperator::execute(Interpreter& interpreter) {
-    const double dy = popPathNumber(interpreter);
-    const double dx = popPathNumber(interpreter);
+    const double dy = interpreter.operandStack->popNumber();
+    const double dx = interpreter.operandStack->popNumber();
     GraphicsState& state = pdf->currentState();
     state.currentX += dx;
     state.currentY += dy;
@@ -187,8 +182,8 @@ void RmovetoOperator::execute(Interpreter& interpreter) {
 
 void LinetoOperator::execute(Interpreter& interpreter) {
     flushPendingMoveto(*pdf);
-    const double y = popPathNumber(interpreter);
-    const double x = popPathNumber(interpreter);
+    const double y = interpreter.operandStack->popNumber();
+    const double x = interpreter.operandStack->popNumber();
     GraphicsState& state = pdf->currentState();
     state.currentX = x;
     state.currentY = y;
@@ -197,8 +192,8 @@ void LinetoOperator::execute(Interpreter& interpreter) {
 
 // Unlike lineto, the deferred moveto waits until both operands are read.
 void RlinetoOperator::execute(Interpreter& interpreter) {
-    const double dy = popPathNumber(interpreter);
-    const double dx = popPathNumber(interpreter);
+    const double dy = interpreter.operandStack->popNumber();
+    const double dx = interpreter.operandStack->popNumber();
     flushPendingMoveto(*pdf);
     GraphicsState& state = pdf->currentState();
     state.currentX += dx;
@@ -211,7 +206,7 @@ namespace {
 // The six numbers of curveto and rcurveto, x1 first.
 void popCurve(Interpreter& interpreter, double (&points)[6]) {
     for (int i = 5; i >= 0; --i)
-        points[i] = popPathNumber(interpreter);
+        points[i] = interpreter.operandStack->popNumber();
 }
 
 } // namespace

@@ -8,9 +8,6 @@ class Postscript2Pdf;
 // Writes the "m" of a deferred moveto, if one waits: the path operators that
 // draw call it first.
 void flushPendingMoveto(Postscript2Pdf& pdf);
-// Pops the top operand as a number; anything else is popped and fails with
-// "Unsupported number type".
-double popPathNumber(Interpreter& interpreter);
 
 // The five values of the last arc, overwritten at each call, and the two walks
 // that cut an arc at the multiples of 90 degrees into one curve per piece.

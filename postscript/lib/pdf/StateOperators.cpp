@@ -34,8 +34,7 @@ void pushEmptyProcedure(Interpreter& interpreter) {
 
 // "number op ", for the parameters written as they come.
 void writeNumberOperator(Postscript2Pdf& pdf, Interpreter& interpreter, const char* op) {
-    Popped<> operand(interpreter.operandStack->pop());
-    pdf.writeNumber(objectToNumber(operand.get()));
+    pdf.writeNumber(interpreter.operandStack->popNumber());
     pdf.appendContent(op, std::strlen(op));
 }
 
@@ -96,8 +95,7 @@ void GrestoreOperator::execute(Interpreter&) {
 }
 
 void SetlinewidthOperator::execute(Interpreter& interpreter) {
-    Popped<> operand(interpreter.operandStack->pop());
-    const double width = objectToNumber(operand.get());
+    const double width = interpreter.operandStack->popNumber();
     pdf->currentState().lineWidth = width;
     pdf->writeNumber(width);
     pdf->appendContent("w ", 2);
