@@ -37,9 +37,9 @@ template <class T = char> T* heapCopy(std::string_view bytes) {
 PdfObject* addWithData(int32_t kind, const char* prefix, std::string_view data) {
     PdfObject* record = list().addObject(kind, prefix);
     // Exactly the data's bytes, so that a look-up reading past them is caught.
-    record->data = static_cast<unsigned char*>(std::malloc(data.size()));
-    std::memcpy(record->data, data.data(), data.size());
-    record->dataLength = data.size();
+    auto* bytes = static_cast<unsigned char*>(std::malloc(data.size()));
+    std::memcpy(bytes, data.data(), data.size());
+    list().setData(record, bytes, data.size());
     return record;
 }
 
@@ -131,6 +131,79 @@ INSTANTIATE_TEST_SUITE_P(
                       FindCase{3, "abcxyzw", nullptr}, FindCase{1, "abcdef", nullptr},
                       FindCase{2, "a", nullptr}),
     testing_support::RowName());
+
+// Look-ups of images (more than the inline limit of bytes) go through the
+// index of first bytes, with the same answers as the plain walk.
+struct LongFindCase {
+    int32_t kind;
+    std::string bytes;
+    const char* found; // the record's name, or null
+};
+
+void PrintTo(const LongFindCase& row, std::ostream* os) {
+    *os << "kind " << row.kind << ", " << row.bytes.size() << " bytes -> "
+        << (row.found ? row.found : "none");
+}
+
+class LongFindObject : public PdfObjects, public ::testing::WithParamInterface<LongFindCase> {};
+
+std::string run(char byte, std::size_t count) {
+    return std::string(count, byte);
+}
+
+constexpr std::size_t key = PdfObjectList::indexedPrefixLength;
+
+TEST_P(LongFindObject, FindsTheFirstRecordBeginningWithTheBytes) {
+    addWithData(imageObjectKind, "/PSI", run('a', 6000));                  // 1
+    addWithData(patternObjectKind, "/PA", run('a', 6000));                 // 2
+    addWithData(imageObjectKind, "/PSI", run('a', 5000) + run('b', 1000)); // 3
+    addWithData(imageObjectKind, "/PSI", run('c', key));                   // 4
+    addWithData(imageObjectKind, "/PSI", run('a', key));                   // 5
+    addWithData(imageObjectKind, "/PSI", run('d', key - 1));               // 6: below the key
+    addWithData(imageObjectKind, "/PSI", run('e', 7000) + run('f', 10));   // 7
+    addWithData(imageObjectKind, "/PSI", run('e', 7000) + run('g', 10));   // 8
+    const LongFindCase& row = GetParam();
+    PdfObject* record = list().findObject(
+        row.kind, reinterpret_cast<const unsigned char*>(row.bytes.data()), row.bytes.size());
+    if (!row.found) {
+        EXPECT_EQ(record, nullptr) << record->name;
+        return;
+    }
+    ASSERT_NE(record, nullptr);
+    EXPECT_STREQ(record->name, row.found);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, LongFindObject,
+    ::testing::Values(
+        LongFindCase{3, run('a', 6000), "/PSI1"}, LongFindCase{3, run('a', key), "/PSI1"},
+        LongFindCase{3, run('a', 5000) + run('b', 1000), "/PSI3"},
+        LongFindCase{3, run('a', 5000) + run('b', 10), "/PSI3"},
+        LongFindCase{3, run('a', 5000) + run('b', 1001), nullptr},
+        LongFindCase{3, run('a', 5999) + "x", nullptr}, LongFindCase{3, run('a', 6001), nullptr},
+        LongFindCase{1, run('a', 4500), "/PA2"}, LongFindCase{1, run('a', 6000), "/PA2"},
+        LongFindCase{3, run('c', key), "/PSI4"}, LongFindCase{3, run('c', key - 1) + "x", nullptr},
+        LongFindCase{3, run('c', key + 1), nullptr}, LongFindCase{3, run('d', key - 1), "/PSI6"},
+        LongFindCase{3, run('d', key), nullptr},
+        LongFindCase{3, run('e', 7000) + run('g', 10), "/PSI8"},
+        LongFindCase{3, run('e', 7000) + run('g', 9), "/PSI8"},
+        LongFindCase{3, run('e', 7005), nullptr}),
+    testing_support::RowName());
+
+// Emptying takes the index along; giving a record new data indexes it anew.
+TEST_F(PdfObjects, IndexFollowsTheRecords) {
+    const std::string image = run('q', 5000);
+    const auto* bytes = reinterpret_cast<const unsigned char*>(image.data());
+    addWithData(imageObjectKind, "/PSI", image);
+    list().emptyObjects();
+    EXPECT_EQ(list().findObject(imageObjectKind, bytes, image.size()), nullptr);
+    PdfObject* record = addWithData(imageObjectKind, "/PSI", run('r', 5000));
+    EXPECT_EQ(list().findObject(imageObjectKind, bytes, image.size()), nullptr);
+    auto* copy = static_cast<unsigned char*>(std::malloc(image.size()));
+    std::memcpy(copy, image.data(), image.size());
+    list().setData(record, copy, image.size());
+    EXPECT_EQ(list().findObject(imageObjectKind, bytes, image.size()), record);
+}
 
 // Each call hands out a copy of the list as it is; records made afterwards do
 // not disturb an array already handed out.
