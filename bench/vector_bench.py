@@ -203,6 +203,68 @@ def check_content(feed, job, piece, workdir):
     return clean
 
 
+def compare_sides(feed, job, runs, piece, sides):
+    """Runs the library and each of sides (label: gs command without the job)
+    on the job in turns, runs times, and prints the best of each and the
+    ratios. Exits when a gs side does not run the job cleanly; returns True
+    when the library failed."""
+    failed = False
+    megabytes = os.path.getsize(job) / 1e6
+
+    # What a child's ru_maxrss shows of this script: the floor of gs's figures.
+    floor_kib = measure(["true"]).peak_kib
+    best = {}
+    library_error = None
+    for _ in range(runs):
+        if library_error is None:
+            done, stats = run_library(feed, job, piece)
+            if stats is None:
+                library_error = text_of(done) or f"exit {done.returncode}"
+            elif "library" not in best or done.cpu_seconds < best["library"][0].cpu_seconds:
+                best["library"] = (done, stats)
+        for label, command in sides.items():
+            done = measure(command + [job])
+            if done.returncode != 0 or done.stdout or done.stderr:
+                sys.exit(
+                    f"{label} did not run the job cleanly (exit {done.returncode}):\n"
+                    f"{text_of(done)[:2000]}"
+                )
+            if label not in best or done.cpu_seconds < best[label][0].cpu_seconds:
+                best[label] = (done, None)
+
+    print(f"best of {runs} by CPU time of the whole process:")
+    print(f"{'':<12} {'CPU s':>8} {'MB/s':>8} {'peak RSS MiB':>13}")
+    speed = {}
+    for label in ["library", *sides]:
+        if label not in best:
+            print(f"{label:<12} failed: {library_error}")
+            failed = True
+            continue
+        done, stats = best[label]
+        speed[label] = megabytes / done.cpu_seconds
+        if stats:
+            peak = f"{stats['peak_rss_kib'] / 1024:13.1f}"
+        elif done.peak_kib <= floor_kib * 1.05:
+            peak = f"<= {done.peak_kib / 1024:10.1f}"
+        else:
+            peak = f"{done.peak_kib / 1024:13.1f}"
+        print(f"{label:<12} {done.cpu_seconds:8.2f} {speed[label]:8.2f} {peak}")
+    print(f"(gs's peak RSS counts this script's {floor_kib / 1024:.1f} MiB at the fork)")
+    if "library" in best:
+        stats = best["library"][1]
+        print(
+            f"library feeding alone: {stats['MB_per_s']:.2f} MB/s by CPU "
+            f"({stats['cpu_s']:.2f} s CPU, {stats['wall_s']:.2f} s wall), "
+            f"{int(stats['pages'])} pages, {int(stats['content_bytes'])} bytes of content "
+            f"({stats['content_bytes'] / 1e6 / megabytes:.2f} per byte of PostScript), "
+            f"peak RSS {stats['peak_rss_kib'] / 1024:.1f} MiB "
+            f"({stats['open_rss_kib'] / 1024:.1f} MiB with the handle open)"
+        )
+        for label in sides:
+            print(f"ratio library/{label}: {speed['library'] / speed[label]:.2f} (MB/s over MB/s)")
+    return failed
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--feed", default="build/default/ps_feed")
@@ -237,59 +299,7 @@ def main():
                 f"seed {args.seed}; generated in {time.perf_counter() - start:.1f} s "
                 f"({time.process_time() - cpu:.1f} s CPU)"
             )
-        megabytes = os.path.getsize(job) / 1e6
-
-        # What a child's ru_maxrss shows of this script: the floor of gs's figures.
-        floor_kib = measure(["true"]).peak_kib
-        best = {}
-        library_error = None
-        for _ in range(args.runs):
-            if library_error is None:
-                done, stats = run_library(args.feed, job, args.piece)
-                if stats is None:
-                    library_error = text_of(done) or f"exit {done.returncode}"
-                elif "library" not in best or done.cpu_seconds < best["library"][0].cpu_seconds:
-                    best["library"] = (done, stats)
-            for label, command in SIDES.items():
-                done = measure(command + [job])
-                if done.returncode != 0 or done.stdout or done.stderr:
-                    sys.exit(
-                        f"{label} did not run the job cleanly (exit {done.returncode}):\n"
-                        f"{text_of(done)[:2000]}"
-                    )
-                if label not in best or done.cpu_seconds < best[label][0].cpu_seconds:
-                    best[label] = (done, None)
-
-        print(f"best of {args.runs} by CPU time of the whole process:")
-        print(f"{'':<12} {'CPU s':>8} {'MB/s':>8} {'peak RSS MiB':>13}")
-        speed = {}
-        for label in ["library", *SIDES]:
-            if label not in best:
-                print(f"{label:<12} failed: {library_error}")
-                failed = True
-                continue
-            done, stats = best[label]
-            speed[label] = megabytes / done.cpu_seconds
-            if stats:
-                peak = f"{stats['peak_rss_kib'] / 1024:13.1f}"
-            elif done.peak_kib <= floor_kib * 1.05:
-                peak = f"<= {done.peak_kib / 1024:10.1f}"
-            else:
-                peak = f"{done.peak_kib / 1024:13.1f}"
-            print(f"{label:<12} {done.cpu_seconds:8.2f} {speed[label]:8.2f} {peak}")
-        print(f"(gs's peak RSS counts this script's {floor_kib / 1024:.1f} MiB at the fork)")
-        if "library" in best:
-            stats = best["library"][1]
-            print(
-                f"library feeding alone: {stats['MB_per_s']:.2f} MB/s by CPU "
-                f"({stats['cpu_s']:.2f} s CPU, {stats['wall_s']:.2f} s wall), "
-                f"{int(stats['pages'])} pages, {int(stats['content_bytes'])} bytes of content "
-                f"({stats['content_bytes'] / 1e6 / megabytes:.2f} per byte of PostScript), "
-                f"peak RSS {stats['peak_rss_kib'] / 1024:.1f} MiB "
-                f"({stats['open_rss_kib'] / 1024:.1f} MiB with the handle open)"
-            )
-            for label in SIDES:
-                print(f"ratio library/{label}: {speed['library'] / speed[label]:.2f} (MB/s over MB/s)")
+        failed = compare_sides(args.feed, job, args.runs, args.piece, SIDES)
         if args.check_content and not check_content(args.feed, job, args.piece, workdir):
             failed = True
     finally:

@@ -62,6 +62,9 @@ INSTANTIATE_TEST_SUITE_P(
         // Procedures inside a source are armed with it, and so run in place.
         ContentCase{"1 1 8" KEL_M "{{(a)} (b) pop} image ",
                     "q BI\n/W 1 /H 1 /BPC 8 /CS /G \nID\na\nEI\nQ\n"},
+        // The filter text is the last round's: here a plain string's, none.
+        ContentCase{"/k [<6162> (cd)] def /n -1 def 3 2 8" KEL_M "{/n n 1 add def k n get} image ",
+                    "q BI\n/W 3 /H 2 /BPC 8 /CS /G \nID\n6162>cd\nEI\nQ\n"},
         // A procedure runs until enough has come; the surplus stays.
         ContentCase{"2 2 8" KEL_M "{(ab)} image ",
                     "q BI\n/W 2 /H 2 /BPC 8 /CS /G \nID\nabab\nEI\nQ\n"},
@@ -233,6 +236,20 @@ TEST(ImageState, EachOperatorHasItsOwnImage) {
     EXPECT_TRUE(s.run("1 1 8" KEL_M "(g) image (abc) colorimage "));
     EXPECT_EQ(std::string(s.pdf.contentText.view()),
               "q BI\n/W 1 /H 1 /BPC 8 /CS /G \nID\ng\nEI\nQ\n"
+              "q BI\n/W 1 /H 1 /BPC 8 /CS /RGB \nID\nabc\nEI\nQ\n");
+}
+
+// No colour operator leaves another kind; a state that holds one anyway
+// stops level-one image before its round.
+TEST(ImageState, UnknownColourKindStopsImage) {
+    Session s;
+    s.pdf.currentState().colorKind = 7;
+    EXPECT_FALSE(s.run("1 1 8" KEL_M "(a) image "));
+    EXPECT_EQ(s.error(), "unsupported colorspace");
+    EXPECT_EQ(s.stackValues(), "1 1 8");
+    // The dictionary form and colorimage know their components themselves.
+    EXPECT_TRUE(s.run("pop pop pop 1 1 8" KEL_M "(abc) false 3 colorimage "));
+    EXPECT_EQ(std::string(s.pdf.contentText.view()),
               "q BI\n/W 1 /H 1 /BPC 8 /CS /RGB \nID\nabc\nEI\nQ\n");
 }
 

@@ -1,6 +1,7 @@
 // makepattern and setpattern: the record's dictionary text and stream, the
 // content left as it was, and the states that failures leave.
 #include "Tables.h"
+#include "host/HostReader.h"
 
 #include "pdf/PdfObjectList.h"
 
@@ -58,6 +59,13 @@ TEST_F(Patterns, CellGoesToTheRecordAndNotTheContent) {
     EXPECT_EQ(stream(record), "q 10 0 0 20 0 0 cm\n0 0 m\n1 1 l\nS Q\n");
     EXPECT_EQ(record->data[record->dataLength], '\0') << "one byte more, a terminator";
     EXPECT_FALSE(s.pdf.insidePattern);
+    // As a host written in C reads it.
+    char text[512];
+    ASSERT_EQ(hostListObjects(reinterpret_cast<PSHandle>(&s.pdf), text, sizeof text), 1);
+    EXPECT_EQ(std::string(text), std::string("/PA1 kind=1 uncompressed=1 reserved=0 length=35 "
+                                             "data=q 10 0 0 20 0 0 cm\n0 0 m\n1 1 l\nS Q\n "
+                                             "dictionary=") +
+                                     designDictionary + " extra=null procedure=set\n");
 }
 
 // setpattern knows the dictionary by identity, not by contents.
@@ -215,6 +223,19 @@ TEST_F(Patterns, FailedPaintProcClosesAtTheNextCall) {
     EXPECT_EQ(content(), "");
     EXPECT_FALSE(s.pdf.insidePattern);
     EXPECT_EQ(s.stackValues(), "-dict- 7");
+}
+
+// The operator is under the missing PaintProc already: the next call closes
+// the record with what that call drew before it.
+TEST_F(Patterns, MissingPaintProcClosesTheRecordAtTheNextCall) {
+    ASSERT_TRUE(s.run(KEL_PATTERN("") "pat /PaintProc undef "));
+    EXPECT_FALSE(s.run("pat" KEL_IDENTITY "makepattern "));
+    EXPECT_EQ(s.error(), "expecting paintProc");
+    ASSERT_TRUE(s.run("7 "));
+    ASSERT_EQ(records().size(), 1u);
+    EXPECT_EQ(stream(records()[0]), "Q\n");
+    EXPECT_FALSE(s.pdf.insidePattern);
+    EXPECT_EQ(s.stackValues(), "7");
 }
 
 // A new page ends the pattern's inline images, not the pattern: the next
