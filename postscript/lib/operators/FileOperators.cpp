@@ -95,16 +95,6 @@ constexpr std::array<int8_t, 256> makeHexDigits() {
 }
 constexpr std::array<int8_t, 256> hexDigits = makeHexDigits();
 
-// The value of the next hexadecimal digit, skipping every other byte; -1 when
-// the buffer ends first.
-int32_t nextHexDigit(Parser& parser) {
-    while (parser.cursor < parser.end) {
-        const int8_t digit = hexDigits[*parser.cursor++];
-        if (digit >= 0) return digit;
-    }
-    return -1;
-}
-
 void requireCurrentFile(const Popped<FileObject>& file, const char* message) {
     if (file->fileData()->kind != FileData::currentFile) PS_THROW(message);
 }
@@ -188,18 +178,43 @@ void ReadhexstringOperator::execute(Interpreter& interpreter) {
     requireCurrentFile(operands.file, "Only supports readline from currentfile");
     Parser& parser = *interpreter.parser;
     const std::size_t target = operands.string->text().size();
-    if (resumeText.empty()) resumeText.reserve(target);
-    while (resumeText.size() < target) {
-        const int32_t high = pendingDigit >= 0 ? pendingDigit : nextHexDigit(parser);
-        const int32_t low = high >= 0 ? nextHexDigit(parser) : -1;
-        if (low < 0) {
+    // Decoded straight into the text's room, with the scanner's position in
+    // a local: image data comes this way by the hundred megabytes.
+    std::size_t have = resumeText.size();
+    resumeText.resize(std::max(target, have));
+    char* out = resumeText.data();
+    const unsigned char* cursor = parser.cursor;
+    const unsigned char* const end = parser.end;
+    int32_t high = pendingDigit;
+    while (have < target) {
+        if (high < 0 && end - cursor >= 2) {
+            const int8_t first = hexDigits[cursor[0]];
+            const int8_t second = hexDigits[cursor[1]];
+            if ((first | second) >= 0) {
+                out[have++] = static_cast<char>(first << 4 | second);
+                cursor += 2;
+                continue;
+            }
+        }
+        int32_t digit = -1;
+        while (cursor < end && (digit = hexDigits[*cursor++]) < 0) {
+        }
+        if (digit < 0) {
+            resumeText.resize(have);
+            parser.cursor = cursor;
             pendingDigit = high;
             suspendRead(interpreter, this, operands);
             return;
         }
-        pendingDigit = -1;
-        resumeText.push_back(static_cast<char>(high << 4 | low));
+        if (high < 0) {
+            high = digit;
+        } else {
+            out[have++] = static_cast<char>(high << 4 | digit);
+            high = -1;
+        }
     }
+    parser.cursor = cursor;
+    pendingDigit = -1;
     pushRead(interpreter, resumeText);
 }
 
