@@ -154,6 +154,10 @@ INSTANTIATE_TEST_SUITE_P(
                  "unsupported image color seperation", "(a) (b) (c) (d)"},
         // A string cannot deliver more.
         FailCase{"2 2 8" KEL_M "(abc) image ", "invalid data in image, excpecting proc", ""},
+        // A procedure that delivers nothing ends the image instead of running for ever.
+        FailCase{"1 1 8" KEL_M "{()} image ", "image data source gave no data", ""},
+        FailCase{"/k [(a) ()] def /n -1 def 2 1 8" KEL_M "{/n n 1 add def k n get} image ",
+                 "image data source gave no data", ""},
         // A file is no string.
         FailCase{"2 2 8" KEL_M "currentfile image ", "Expected ps_string at popStringObject", ""},
         FailCase{"2 2 8" KEL_M "{5} image ", "Expected ps_string at popStringObject", ""},

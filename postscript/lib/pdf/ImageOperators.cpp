@@ -138,6 +138,7 @@ void Imager::finishRound(Interpreter& interpreter, NameObject& self, Postscript2
         return;
     }
     ObjectStack& operands = *interpreter.operandStack;
+    const std::size_t before = imageData.size();
     if (dataSourceCount == 1) {
         Popped<StringObject> piece = operands.pop<StringObject>("popStringObject");
         const StringData& data = *piece->stringData();
@@ -172,6 +173,8 @@ void Imager::finishRound(Interpreter& interpreter, NameObject& self, Postscript2
         return;
     }
     if (dataSource->type == ps_string) PS_THROW("invalid data in image, excpecting proc");
+    // A source that has nothing more to give would be asked for ever.
+    if (imageData.size() == before) PS_THROW("image data source gave no data");
     startRound(interpreter, self);
 }
 
