@@ -56,6 +56,8 @@ public:
     virtual ~Registry() = default;
     // A root as a key; a predefined key is never really closed.
     virtual std::unique_ptr<RegistryKey> root(RegistryRoot root) = 0;
+    // Whether "Advapi32.DLL" loads at all; without it there is no RegOpenCurrentUser either.
+    virtual bool advapiLoads() = 0;
     // RegOpenCurrentUser, looked up at run time: false when the system lacks it.
     virtual bool hasOpenCurrentUser() = 0;
     virtual std::uint32_t openCurrentUser(std::uint32_t access,
