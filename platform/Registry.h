@@ -22,6 +22,7 @@ inline constexpr std::uint32_t regOpenedExistingKey = 2;
 struct RegistryValue {
     std::uint32_t type = 0;
     std::vector<std::uint8_t> data; // as stored: REG_SZ in 16-bit units with its NUL
+    bool operator==(const RegistryValue&) const = default;
 };
 
 // Typed helpers for the stored forms.

@@ -61,6 +61,10 @@ std::u16string FakeFiles::keyOf(const std::u16string& path) const {
 
 std::optional<std::uint32_t> FakeFiles::attributes(const std::u16string& path) {
     if (calls_.failing(Call::GetFileAttributes)) return std::nullopt;
+    if (path.empty()) {
+        calls_.lastError = 3; // ERROR_PATH_NOT_FOUND: an empty path names nothing
+        return std::nullopt;
+    }
     auto key = keyOf(path);
     while (key.size() > 3 && key.back() == u'\\')
         key.pop_back();
