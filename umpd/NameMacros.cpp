@@ -3,6 +3,7 @@
 #include "platform/Platform.h"
 
 #include <cstdio>
+#include <cstring>
 #include <vector>
 
 namespace {
@@ -40,119 +41,87 @@ bool inRange(const std::tm& t) {
            t.tm_wday <= 6 && t.tm_yday >= 0 && t.tm_yday <= 365;
 }
 
+// Codes that print one number, with zeros to their width.
+struct NumberCode {
+    char code;
+    int width;
+    int (*value)(const std::tm&);
+};
+const NumberCode numberCodes[] = {
+    {'C', 2, [](const std::tm& t) { return (t.tm_year + 1900) / 100; }},
+    {'d', 2, [](const std::tm& t) { return t.tm_mday; }},
+    {'H', 2, [](const std::tm& t) { return t.tm_hour; }},
+    {'I', 2, [](const std::tm& t) { return t.tm_hour % 12 == 0 ? 12 : t.tm_hour % 12; }},
+    {'j', 3, [](const std::tm& t) { return t.tm_yday + 1; }},
+    {'m', 2, [](const std::tm& t) { return t.tm_mon + 1; }},
+    {'M', 2, [](const std::tm& t) { return t.tm_min; }},
+    {'S', 2, [](const std::tm& t) { return t.tm_sec; }},
+    {'u', 1, [](const std::tm& t) { return t.tm_wday == 0 ? 7 : t.tm_wday; }},
+    {'U', 2, [](const std::tm& t) { return (t.tm_yday + 7 - t.tm_wday) / 7; }},
+    {'w', 1, [](const std::tm& t) { return t.tm_wday; }},
+    {'W', 2, [](const std::tm& t) { return (t.tm_yday + 7 - (t.tm_wday + 6) % 7) / 7; }},
+    {'y', 2, [](const std::tm& t) { return (t.tm_year + 1900) % 100; }},
+    {'Y', 4, [](const std::tm& t) { return t.tm_year + 1900; }},
+};
+
+// Codes that stand for other codes, or for fixed text.
+struct SequenceCode {
+    char code;
+    const char* codes;
+};
+const SequenceCode sequenceCodes[] = {
+    {'c', "%m/%d/%y %H:%M:%S"},
+    {'D', "%m/%d/%y"},
+    {'x', "%m/%d/%y"},
+    {'F', "%Y-%m-%d"},
+    {'r', "%I:%M:%S %p"},
+    {'R', "%H:%M"},
+    {'T', "%H:%M:%S"},
+    {'X', "%H:%M:%S"},
+    {'n', "\n"},
+    {'t', "\t"},
+};
+
 // One code, or false when it is not one of the library's.
 bool formatCode(std::string& out, char code, bool noZeros, const std::tm& t, std::int32_t bias) {
-    auto number = [&](int value, int width) {
-        char text[16];
-        std::snprintf(text, sizeof text, "%0*d", noZeros ? 1 : width, value);
-        out += text;
-    };
-    auto sequence = [&](const char* codes) {
-        for (const char* c = codes; *c; ++c) {
-            if (*c != '%') {
-                out += *c;
-                continue;
-            }
-            formatCode(out, *++c, false, t, bias);
-        }
-    };
-    int hour12 = t.tm_hour % 12 == 0 ? 12 : t.tm_hour % 12;
-    switch (code) {
-    case 'a':
-        out.append(dayNames[t.tm_wday], 3);
-        return true;
-    case 'A':
-        out += dayNames[t.tm_wday];
-        return true;
-    case 'b':
-    case 'h':
-        out.append(monthNames[t.tm_mon], 3);
-        return true;
-    case 'B':
-        out += monthNames[t.tm_mon];
-        return true;
-    case 'c':
-        sequence("%m/%d/%y %H:%M:%S");
-        return true;
-    case 'C':
-        number((t.tm_year + 1900) / 100, 2);
-        return true;
-    case 'd':
-        number(t.tm_mday, 2);
-        return true;
-    case 'D':
-    case 'x':
-        sequence("%m/%d/%y");
-        return true;
-    case 'e': {
-        char text[8];
-        std::snprintf(text, sizeof text, noZeros ? "%d" : "%2d", t.tm_mday);
+    char text[16];
+    for (const auto& number : numberCodes) {
+        if (number.code != code) continue;
+        std::snprintf(text, sizeof text, "%0*d", noZeros ? 1 : number.width, number.value(t));
         out += text;
         return true;
     }
-    case 'F':
-        sequence("%Y-%m-%d");
+    for (const auto& sequence : sequenceCodes) {
+        if (sequence.code != code) continue;
+        for (const char* c = sequence.codes; *c; ++c) {
+            if (*c == '%')
+                formatCode(out, *++c, false, t, bias); // every code here is known
+            else
+                out += *c;
+        }
         return true;
-    case 'H':
-        number(t.tm_hour, 2);
+    }
+    // Day and month names, whole or in three letters.
+    bool day = code == 'a' || code == 'A';
+    bool month = code == 'b' || code == 'h' || code == 'B';
+    if (day || month) {
+        const char* name = day ? dayNames[t.tm_wday] : monthNames[t.tm_mon];
+        out.append(name, code == 'A' || code == 'B' ? std::strlen(name) : 3);
         return true;
-    case 'I':
-        number(hour12, 2);
-        return true;
-    case 'j':
-        number(t.tm_yday + 1, 3);
-        return true;
-    case 'm':
-        number(t.tm_mon + 1, 2);
-        return true;
-    case 'M':
-        number(t.tm_min, 2);
-        return true;
-    case 'n':
-        out += '\n';
-        return true;
+    }
+    switch (code) {
     case 'p':
         out += t.tm_hour < 12 ? "AM" : "PM";
         return true;
-    case 'r':
-        sequence("%I:%M:%S %p");
-        return true;
-    case 'R':
-        sequence("%H:%M");
-        return true;
-    case 'S':
-        number(t.tm_sec, 2);
-        return true;
-    case 't':
-        out += '\t';
-        return true;
-    case 'T':
-    case 'X':
-        sequence("%H:%M:%S");
-        return true;
-    case 'u':
-        number(t.tm_wday == 0 ? 7 : t.tm_wday, 1);
-        return true;
-    case 'U':
-        number((t.tm_yday + 7 - t.tm_wday) / 7, 2);
-        return true;
-    case 'w':
-        number(t.tm_wday, 1);
-        return true;
-    case 'W':
-        number((t.tm_yday + 7 - (t.tm_wday + 6) % 7) / 7, 2);
-        return true;
-    case 'y':
-        number((t.tm_year + 1900) % 100, 2);
-        return true;
-    case 'Y':
-        number(t.tm_year + 1900, 4);
+    case 'e':
+        std::snprintf(text, sizeof text, noZeros ? "%d" : "%2d", t.tm_mday);
+        out += text;
         return true;
     case 'z': {
         int east = -bias; // the bias counts from local time to UTC
-        char text[16];
-        std::snprintf(text, sizeof text, "%c%02d%02d", east < 0 ? '-' : '+',
-                      (east < 0 ? -east : east) / 60 % 100, (east < 0 ? -east : east) % 60);
+        int minutes = east < 0 ? -east : east;
+        std::snprintf(text, sizeof text, "%c%02d%02d", east < 0 ? '-' : '+', minutes / 60 % 100,
+                      minutes % 60);
         out += text;
         return true;
     }

@@ -119,10 +119,10 @@ void SetFilename::getDirectory(std::u16string& out, std::size_t capacity) {
 void SetFilename::appendDocName(std::u16string& docName, std::u16string& out,
                                 std::size_t capacity) {
     auto name = untilNul(docName);
-    // "Writer - Letter.docx": the application's part ends at the trim character. A NUL trim
-    // character would find the terminator, so it finds nothing.
+    // "Writer - Letter.docx": the application's part ends at the trim character. The name
+    // stops at its NUL, so a NUL trim character finds nothing.
     std::size_t start = 0;
-    auto trim = trimChar ? name.find(trimChar) : std::u16string_view::npos;
+    auto trim = name.find(trimChar);
     if (trim != std::u16string_view::npos) {
         start = trim + 1;
         while (start < name.size() && name[start] == u' ')
