@@ -231,6 +231,14 @@ TEST_F(FakeOsTest, FirstUseStoresThePrinterName) {
               platform::stringValue(u"Kel PDF"));
 }
 
+TEST_F(FakeOsTest, AnEmptyNameGetsNoDefaults) {
+    PrinterConfig config;
+    config.printerName = u""; // a port form that no printer uses, without the port
+    EXPECT_TRUE(config.loadSettings());
+    EXPECT_EQ(valuesOf(fake.registry(), RegistryRoot::CurrentUser, u"Software\\Foliograph"),
+              std::vector<std::string>{});
+}
+
 TEST_F(FakeOsTest, FirstUseFallbacksForFolders) {
     struct Row {
         const char* name;
