@@ -117,6 +117,7 @@ public:
 
     bool enumJobsSize(std::uint32_t firstJob, std::uint32_t count, std::uint32_t& needed) override {
         DWORD size = 0, returned = 0;
+        ::SetLastError(0); // a failure that sets nothing must not pass for a short buffer
         BOOL ok = ::EnumJobsW(printer_, firstJob, count, 2, nullptr, 0, &size, &returned);
         needed = size;
         return ok || ::GetLastError() == ERROR_INSUFFICIENT_BUFFER;
@@ -124,12 +125,12 @@ public:
 
     bool enumJobs(std::uint32_t firstJob, std::uint32_t count, std::uint32_t bufferSize,
                   std::vector<JobInfo2>& out) override {
+        out.clear();
         std::vector<BYTE> buffer(bufferSize, 0);
         DWORD needed = 0, returned = 0;
         if (!::EnumJobsW(printer_, firstJob, count, 2, buffer.empty() ? nullptr : buffer.data(),
                          bufferSize, &needed, &returned))
             return false;
-        out.clear();
         const auto* records = reinterpret_cast<const JOB_INFO_2W*>(buffer.data());
         for (DWORD i = 0; i < returned && (i + 1) * sizeof(JOB_INFO_2W) <= buffer.size(); ++i)
             out.push_back(convert(records[i]));
