@@ -233,7 +233,8 @@ TEST_F(FakeOsTest, FirstUseStoresThePrinterName) {
 
 TEST_F(FakeOsTest, AnEmptyNameGetsNoDefaults) {
     PrinterConfig config;
-    config.printerName = u""; // a port form that no printer uses, without the port
+    config.setPrinterName(u",noport"); // a port form that no printer uses: no printer name
+    config.portName.clear();
     EXPECT_TRUE(config.loadSettings());
     EXPECT_EQ(valuesOf(fake.registry(), RegistryRoot::CurrentUser, u"Software\\Foliograph"),
               std::vector<std::string>{});
