@@ -22,6 +22,7 @@ inline constexpr std::uint32_t regOpenedExistingKey = 2;
 struct RegistryValue {
     std::uint32_t type = 0;
     std::vector<std::uint8_t> data; // as stored: REG_SZ in 16-bit units with its NUL
+    bool operator==(const RegistryValue&) const = default;
 };
 
 // Typed helpers for the stored forms.
@@ -56,6 +57,8 @@ public:
     virtual ~Registry() = default;
     // A root as a key; a predefined key is never really closed.
     virtual std::unique_ptr<RegistryKey> root(RegistryRoot root) = 0;
+    // Whether "Advapi32.DLL" loads at all; without it there is no RegOpenCurrentUser either.
+    virtual bool advapiLoads() = 0;
     // RegOpenCurrentUser, looked up at run time: false when the system lacks it.
     virtual bool hasOpenCurrentUser() = 0;
     virtual std::uint32_t openCurrentUser(std::uint32_t access,

@@ -43,8 +43,13 @@ public:
     // Each returns false on failure; lastError() tells why.
     virtual bool getPrinter2(PrinterInfo2& out) = 0;
     virtual bool getJob(std::uint32_t jobId, JobInfo2& out) = 0;
-    // Up to count jobs from firstJob, in queue order.
-    virtual bool enumJobs(std::uint32_t firstJob, std::uint32_t count,
+    // EnumJobsW without a buffer: the bytes that up to count jobs from firstJob need. False
+    // when the call fails for any other reason than the missing buffer.
+    virtual bool enumJobsSize(std::uint32_t firstJob, std::uint32_t count,
+                              std::uint32_t& needed) = 0;
+    // Up to count jobs from firstJob, in queue order, through a buffer of bufferSize bytes;
+    // false when they do not fit (lastError() 122) or the call fails.
+    virtual bool enumJobs(std::uint32_t firstJob, std::uint32_t count, std::uint32_t bufferSize,
                           std::vector<JobInfo2>& out) = 0;
     virtual bool setJob(std::uint32_t jobId, std::uint32_t command) = 0;
     virtual bool writePrinter(const void* data, std::uint32_t size, std::uint32_t& written) = 0;

@@ -2,9 +2,12 @@
 
 #include <array>
 #include <cstdint>
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -35,6 +38,12 @@ public:
     // GetUserNameW with a buffer of bufferChars characters.
     virtual std::optional<std::u16string> userName(std::size_t bufferChars) = 0;
     virtual std::optional<std::u16string> environment(const std::u16string& name) = 0;
+    // GetEnvironmentStringsW: the "NAME=value" entries in the system's order.
+    virtual std::vector<std::u16string> environmentBlock() = 0;
+    // time and localtime: the local time now; nullopt when the clock cannot say.
+    virtual std::optional<std::tm> localTime() = 0;
+    // MultiByteToWideChar with the ANSI code page (0) and MB_PRECOMPOSED.
+    virtual std::u16string fromAnsi(std::string_view bytes) = 0;
     virtual std::uint32_t tickCount() = 0;
     virtual void sleep(std::uint32_t milliseconds) = 0;
     virtual std::uint32_t currentThreadId() = 0;

@@ -13,14 +13,21 @@ const platform::PrinterInfo2* PrinterInfoCache::fetch() {
     return info.get();
 }
 
+namespace {
+constexpr std::uint32_t jobRecordRoom = 160; // a JOB_INFO_2W
+} // namespace
+
 std::optional<std::vector<platform::JobInfo2>> PrintJob::getAllJobs(platform::Printer& printer,
                                                                     std::uint32_t& count) {
     count = 0;
     platform::PrinterInfo2 info;
     if (!printer.getPrinter2(info) || info.cJobs == 0) return std::nullopt;
-    // Room for two jobs more than were counted: the queue may grow meanwhile.
+    std::uint32_t needed = 0;
+    if (!printer.enumJobsSize(0, info.cJobs + 1, needed)) return std::nullopt;
+    // Room for two records more than were counted: a job that arrives between the two
+    // calls must not make the second fail.
     std::vector<platform::JobInfo2> jobs;
-    if (!printer.enumJobs(0, info.cJobs + 2, jobs)) return std::nullopt;
+    if (!printer.enumJobs(0, info.cJobs + 2, needed + 2 * jobRecordRoom, jobs)) return std::nullopt;
     count = static_cast<std::uint32_t>(jobs.size());
     return jobs;
 }

@@ -12,11 +12,12 @@ constexpr std::size_t defaultNameBytes = 520;
 void PrinterConfig::loadDefaultPrinterName() {
     settings.clear();
     printerName = defaultPrinterName;
-    std::unique_ptr<platform::RegistryKey> key;
-    auto root = platform::current().registry().root(platform::RegistryRoot::CurrentUser);
-    if (root->openSubKey(productKey, 0x20019, key) != platform::error::success) return;
+    // The user's hive, not HKEY_CURRENT_USER: under the print service that is the service's.
+    const std::u16string product = productKey;
+    auto key = openUserKey(keyAccess::keyRead, &product);
+    if (!key) return;
     platform::RegistryValue value;
-    if (key->queryValue(u"printerName", value, defaultNameBytes) != platform::error::success)
+    if (key.get()->queryValue(u"printerName", value, defaultNameBytes) != platform::error::success)
         return;
     if (auto text = platform::valueText(value); text && !text->empty()) printerName = *text;
 }

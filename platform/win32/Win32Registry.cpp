@@ -104,6 +104,11 @@ public:
         return std::make_unique<Win32Key>(HKEY_USERS);
     }
 
+    bool advapiLoads() override {
+        if (::GetModuleHandleW(L"Advapi32.DLL")) return true;
+        return ::LoadLibraryW(L"Advapi32.DLL") != nullptr; // stays loaded with the process
+    }
+
     bool hasOpenCurrentUser() override { return regOpenCurrentUser() != nullptr; }
 
     std::uint32_t openCurrentUser(std::uint32_t access,

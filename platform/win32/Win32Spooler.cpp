@@ -115,11 +115,26 @@ public:
         });
     }
 
-    bool enumJobs(std::uint32_t firstJob, std::uint32_t count,
+    bool enumJobsSize(std::uint32_t firstJob, std::uint32_t count, std::uint32_t& needed) override {
+        DWORD size = 0, returned = 0;
+        ::SetLastError(0); // a failure that sets nothing must not pass for a short buffer
+        BOOL ok = ::EnumJobsW(printer_, firstJob, count, 2, nullptr, 0, &size, &returned);
+        needed = size;
+        return ok || ::GetLastError() == ERROR_INSUFFICIENT_BUFFER;
+    }
+
+    bool enumJobs(std::uint32_t firstJob, std::uint32_t count, std::uint32_t bufferSize,
                   std::vector<JobInfo2>& out) override {
-        return fetchAll<JOB_INFO_2W>(out, [&](BYTE* p, DWORD size, DWORD* needed, DWORD* got) {
-            return ::EnumJobsW(printer_, firstJob, count, 2, p, size, needed, got);
-        });
+        out.clear();
+        std::vector<BYTE> buffer(bufferSize, 0);
+        DWORD needed = 0, returned = 0;
+        if (!::EnumJobsW(printer_, firstJob, count, 2, buffer.empty() ? nullptr : buffer.data(),
+                         bufferSize, &needed, &returned))
+            return false;
+        const auto* records = reinterpret_cast<const JOB_INFO_2W*>(buffer.data());
+        for (DWORD i = 0; i < returned && (i + 1) * sizeof(JOB_INFO_2W) <= buffer.size(); ++i)
+            out.push_back(convert(records[i]));
+        return true;
     }
 
     bool setJob(std::uint32_t jobId, std::uint32_t command) override {

@@ -2,6 +2,8 @@
 #include "platform/win32/Win32Platform.h"
 
 #include <cstdlib>
+#include <ctime>
+#include <cwchar>
 #include <objbase.h>
 #include <shlobj.h>
 
@@ -56,6 +58,35 @@ public:
         DWORD got = ::GetEnvironmentVariableW(wide(name), buffer.data(), needed);
         if (got == 0 || got >= needed) return std::nullopt;
         return fromWide(buffer.c_str());
+    }
+
+    std::vector<std::u16string> environmentBlock() override {
+        std::vector<std::u16string> entries;
+        wchar_t* block = ::GetEnvironmentStringsW();
+        if (!block) return entries;
+        for (const wchar_t* p = block; *p; p += std::wcslen(p) + 1)
+            entries.push_back(fromWide(p));
+        ::FreeEnvironmentStringsW(block);
+        return entries;
+    }
+
+    std::optional<std::tm> localTime() override {
+        std::time_t now = std::time(nullptr);
+        std::tm out{};
+        if (now == static_cast<std::time_t>(-1) || localtime_s(&out, &now) != 0)
+            return std::nullopt;
+        return out;
+    }
+
+    std::u16string fromAnsi(std::string_view bytes) override {
+        if (bytes.empty()) return {};
+        int n = ::MultiByteToWideChar(0, MB_PRECOMPOSED, bytes.data(),
+                                      static_cast<int>(bytes.size()), nullptr, 0);
+        if (n <= 0) return {};
+        std::wstring text(static_cast<std::size_t>(n), L'\0');
+        ::MultiByteToWideChar(0, MB_PRECOMPOSED, bytes.data(), static_cast<int>(bytes.size()),
+                              text.data(), n);
+        return fromWide(text.c_str());
     }
 
     std::uint32_t tickCount() override {

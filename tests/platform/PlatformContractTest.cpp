@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <string>
@@ -35,6 +36,9 @@ struct FakeBackend {
         fake.spooler().addPrinter(name, testing_support::productDriver, port);
         return true;
     }
+    void setEnvironment(const std::u16string& name, const std::u16string& value) {
+        fake.system().env[name] = value;
+    }
     std::optional<ObjectAccess> eventAccess(const std::u16string& name) {
         auto security = fake.kernel().securityOf(name);
         if (!security) return std::nullopt;
@@ -57,6 +61,9 @@ struct Win32Backend {
     }
     bool addPrinter(const std::u16string& name, const std::u16string& port) {
         return testing_support::addSystemPrinter(name, testing_support::productDriver, port);
+    }
+    void setEnvironment(const std::u16string& name, const std::u16string& value) {
+        SetEnvironmentVariableW(testing_support::w(name), testing_support::w(value));
     }
     std::optional<ObjectAccess> eventAccess(const std::u16string& name) {
         return testing_support::systemObjectAccess(
@@ -231,6 +238,21 @@ TYPED_TEST(PlatformContract, SystemFacts) {
     EXPECT_TRUE(system.systemDirectory().has_value());
     EXPECT_LE(system.timeZoneBias(), 12 * 60); // within a day
     EXPECT_GE(system.timeZoneBias(), -14 * 60);
+}
+
+TYPED_TEST(PlatformContract, EnvironmentBlockClockAndAnsiText) {
+    auto& system = this->os().system();
+    this->impl.setEnvironment(u"KEL_CONTRACT_ENV", u"a=b");
+    auto block = system.environmentBlock();
+    EXPECT_EQ(std::count(block.begin(), block.end(), u"KEL_CONTRACT_ENV=a=b"), 1);
+    auto now = system.localTime();
+    ASSERT_TRUE(now.has_value());
+    EXPECT_GE(now->tm_year, 125);
+    EXPECT_TRUE(now->tm_mon >= 0 && now->tm_mon <= 11 && now->tm_mday >= 1 && now->tm_mday <= 31 &&
+                now->tm_wday >= 0 && now->tm_wday <= 6 && now->tm_yday >= 0 && now->tm_yday <= 365);
+    EXPECT_EQ(system.fromAnsi("Inv 7.pdf"), u"Inv 7.pdf");
+    EXPECT_EQ(system.fromAnsi(""), u"");
+    EXPECT_TRUE(this->os().registry().advapiLoads());
 }
 
 TYPED_TEST(PlatformContract, FilesAreWrittenAndReadBack) {

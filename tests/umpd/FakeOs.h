@@ -5,6 +5,8 @@
 #include "platform/WideText.h"
 #include "support/fake/FakePlatform.h"
 #include "tools/kelmsnd/LauncherPeer.h"
+#include "umpd/Directories.h"
+#include "umpd/SetFilename.h"
 
 #include <gtest/gtest.h>
 
@@ -14,10 +16,14 @@
 
 namespace testing_support {
 
-// An in-memory system, current while it lives: a fixture's, or a fresh one for a row.
+// An in-memory system, current while it lives: a fixture's, or a fresh one for a row. What
+// the job face keeps for the life of a process starts afresh with it.
 class CurrentFake : public platform::FakePlatform {
 public:
-    CurrentFake() : previous_(platform::setCurrent(this)) {}
+    CurrentFake() : previous_(platform::setCurrent(this)) {
+        forgetDriverDirectory();
+        SetFilename::forgetRandomSeed();
+    }
     ~CurrentFake() override { platform::setCurrent(previous_); }
 
 private:

@@ -12,7 +12,7 @@ FakeFiles::FakeFiles(FakeCalls& calls) : calls_(calls) {
     for (auto dir :
          {u"C:", u"C:\\windows", u"C:\\windows\\system32", u"C:\\users", u"C:\\users\\anna",
           u"C:\\users\\anna\\AppData", u"C:\\users\\anna\\AppData\\Local",
-          u"C:\\users\\anna\\AppData\\Roaming", u"C:\\users\\anna\\Documents"})
+          u"C:\\users\\anna\\AppData\\Roaming", u"C:\\users\\anna\\Documents", u"C:\\work"})
         directories_.insert(foldCase(dir));
 }
 
@@ -50,9 +50,22 @@ private:
 };
 } // namespace
 
+std::u16string FakeFiles::keyOf(const std::u16string& path) const {
+    std::u16string p = path;
+    for (auto& c : p)
+        if (c == u'/') c = u'\\';
+    bool absolute = (p.size() >= 2 && p[1] == u':') || (!p.empty() && p[0] == u'\\');
+    if (!absolute) p = currentDirectory + u"\\" + p;
+    return foldCase(p);
+}
+
 std::optional<std::uint32_t> FakeFiles::attributes(const std::u16string& path) {
     if (calls_.failing(Call::GetFileAttributes)) return std::nullopt;
-    auto key = foldCase(path);
+    if (path.empty()) {
+        calls_.lastError = 3; // ERROR_PATH_NOT_FOUND: an empty path names nothing
+        return std::nullopt;
+    }
+    auto key = keyOf(path);
     while (key.size() > 3 && key.back() == u'\\')
         key.pop_back();
     if (directories_.count(key)) return fileAttributeDirectory;
@@ -63,7 +76,7 @@ std::optional<std::uint32_t> FakeFiles::attributes(const std::u16string& path) {
 
 bool FakeFiles::createDirectory(const std::u16string& path) {
     if (calls_.failing(Call::CreateDirectory)) return false;
-    auto key = foldCase(path);
+    auto key = keyOf(path);
     while (!key.empty() && key.back() == u'\\')
         key.pop_back();
     if (directories_.count(key) || files_.count(key)) {
@@ -80,7 +93,7 @@ bool FakeFiles::createDirectory(const std::u16string& path) {
 
 std::unique_ptr<File> FakeFiles::createFile(const std::u16string& path) {
     if (calls_.failing(Call::CreateFile)) return nullptr;
-    auto key = foldCase(path);
+    auto key = keyOf(path);
     if (directories_.count(key) || !directories_.count(parentOf(key))) {
         calls_.lastError = directories_.count(key) ? error::accessDenied : 3;
         return nullptr;
@@ -92,7 +105,7 @@ std::unique_ptr<File> FakeFiles::createFile(const std::u16string& path) {
 
 std::optional<std::vector<std::uint8_t>> FakeFiles::readFile(const std::u16string& path) {
     if (calls_.failing(Call::ReadFile)) return std::nullopt;
-    auto it = files_.find(foldCase(path));
+    auto it = files_.find(keyOf(path));
     if (it == files_.end()) {
         calls_.lastError = error::fileNotFound;
         return std::nullopt;
@@ -101,7 +114,7 @@ std::optional<std::vector<std::uint8_t>> FakeFiles::readFile(const std::u16strin
 }
 
 void FakeFiles::writeFile(const std::u16string& path, const std::string& bytes) {
-    auto key = foldCase(path);
+    auto key = keyOf(path);
     for (auto dir = parentOf(key); !dir.empty(); dir = parentOf(dir))
         directories_.insert(dir);
     auto node = std::make_shared<Node>();
@@ -110,7 +123,7 @@ void FakeFiles::writeFile(const std::u16string& path, const std::string& bytes) 
 }
 
 std::optional<std::string> FakeFiles::fileText(const std::u16string& path) const {
-    auto it = files_.find(foldCase(path));
+    auto it = files_.find(keyOf(path));
     if (it == files_.end()) return std::nullopt;
     return std::string(it->second->bytes.begin(), it->second->bytes.end());
 }

@@ -17,6 +17,9 @@ public:
     explicit FakeFiles(FakeCalls& calls);
     ~FakeFiles() override;
 
+    // Where relative paths lead; "/" separates as "\" does.
+    std::u16string currentDirectory = u"C:\\work";
+
     // A file with its directories, for setting up a test.
     void writeFile(const std::u16string& path, const std::string& bytes);
     std::optional<std::string> fileText(const std::u16string& path) const;
@@ -34,6 +37,7 @@ public:
     struct Node;
 
 private:
+    std::u16string keyOf(const std::u16string& path) const; // absolute, "\\" only, folded
     std::vector<std::u16string> sectionLines(const std::u16string& file,
                                              const std::u16string& section,
                                              std::size_t bufferChars);

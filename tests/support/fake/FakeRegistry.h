@@ -14,6 +14,7 @@ public:
     explicit FakeRegistry(FakeCalls& calls);
     ~FakeRegistry() override;
 
+    bool advapiPresent = true;
     bool hasRegOpenCurrentUser = true;
 
     // For setting up and checking a test.
@@ -23,7 +24,8 @@ public:
                           const RegistryValue& value);
 
     std::unique_ptr<RegistryKey> root(RegistryRoot root) override;
-    bool hasOpenCurrentUser() override { return hasRegOpenCurrentUser; }
+    bool advapiLoads() override { return advapiPresent; }
+    bool hasOpenCurrentUser() override { return advapiPresent && hasRegOpenCurrentUser; }
     std::uint32_t openCurrentUser(std::uint32_t access, std::unique_ptr<RegistryKey>& key) override;
 
     struct Node;

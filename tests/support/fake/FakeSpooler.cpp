@@ -13,6 +13,15 @@ PrinterInfo2 reported(const FakePrinter& p) {
 }
 } // namespace
 
+std::uint32_t jobRecordBytes(const JobInfo2& job) {
+    std::uint32_t bytes = 160; // sizeof(JOB_INFO_2W) on x64
+    for (const auto* text :
+         {&job.printerName, &job.machineName, &job.userName, &job.document, &job.notifyName,
+          &job.datatype, &job.printProcessor, &job.parameters, &job.driverName, &job.statusText})
+        if (*text) bytes += static_cast<std::uint32_t>((*text)->size() + 1) * 2;
+    return bytes;
+}
+
 class FakePrinterHandle : public Printer {
 public:
     FakePrinterHandle(FakeSpooler& spooler, std::u16string name)
@@ -40,11 +49,27 @@ public:
         return false;
     }
 
-    bool enumJobs(std::uint32_t firstJob, std::uint32_t count,
+    bool enumJobsSize(std::uint32_t firstJob, std::uint32_t count, std::uint32_t& needed) override {
+        needed = 0;
+        if (calls_.failing(Call::EnumJobs)) return false;
+        auto* p = printer();
+        if (!p) return false;
+        p->jobEnumerations.emplace_back(count, 0);
+        needed = bytesOf(*p, firstJob, count);
+        if (p->afterJobsSized) p->afterJobsSized();
+        return true;
+    }
+
+    bool enumJobs(std::uint32_t firstJob, std::uint32_t count, std::uint32_t bufferSize,
                   std::vector<JobInfo2>& out) override {
         if (calls_.failing(Call::EnumJobs)) return false;
         auto* p = printer();
         if (!p) return false;
+        p->jobEnumerations.emplace_back(count, bufferSize);
+        if (bytesOf(*p, firstJob, count) > bufferSize) {
+            calls_.lastError = error::insufficientBuffer;
+            return false;
+        }
         out.clear();
         for (std::size_t i = firstJob; i < p->jobs.size() && out.size() < count; ++i)
             out.push_back(p->jobs[i]);
@@ -77,6 +102,13 @@ public:
     }
 
 private:
+    static std::uint32_t bytesOf(const FakePrinter& p, std::uint32_t firstJob,
+                                 std::uint32_t count) {
+        std::uint32_t bytes = 0;
+        for (std::size_t i = firstJob; i < p.jobs.size() && i - firstJob < count; ++i)
+            bytes += jobRecordBytes(p.jobs[i]);
+        return bytes;
+    }
     FakePrinter* printer() {
         auto* p = spooler_.printer(name_);
         if (!p) calls_.lastError = error::invalidHandle;

@@ -3,6 +3,7 @@
 #include "platform/Spooler.h"
 #include "support/fake/FakeCalls.h"
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -18,7 +19,13 @@ struct FakePrinter {
     std::vector<std::uint8_t> written;
     std::vector<std::pair<std::uint32_t, std::uint32_t>> jobControls; // SetJobW's id and command
     std::optional<PrinterDefaults> lastDefaults;
+    // Each EnumJobsW as asked: the count of jobs and the buffer's size (0 for the size query).
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> jobEnumerations;
+    std::function<void()> afterJobsSized; // the queue may change between the two calls
 };
+
+// The bytes a level-2 job record takes in the spooler's buffer: the 64-bit record and its texts.
+std::uint32_t jobRecordBytes(const JobInfo2& job);
 
 // Printers and their jobs in memory, and the spooler's identity functions.
 class FakeSpooler : public Spooler {

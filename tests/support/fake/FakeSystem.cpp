@@ -37,6 +37,42 @@ std::optional<std::u16string> FakeSystem::environment(const std::u16string& name
     return std::nullopt;
 }
 
+std::tm FakeSystem::clock(int year, int month, int day, int hour, int minute, int second) {
+    std::tm t{};
+    t.tm_year = year - 1900;
+    t.tm_mon = month - 1;
+    t.tm_mday = day;
+    t.tm_hour = hour;
+    t.tm_min = minute;
+    t.tm_sec = second;
+    bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    const int before[] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
+    t.tm_yday = before[month - 1] + day - 1 + (leap && month > 2 ? 1 : 0);
+    // Days since 1970-01-01, a Thursday.
+    int y = month <= 2 ? year - 1 : year;
+    int era = (y >= 0 ? y : y - 399) / 400;
+    int yoe = y - era * 400;
+    int doy = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
+    int doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
+    long days = static_cast<long>(era) * 146097 + doe - 719468;
+    t.tm_wday = static_cast<int>(((days % 7) + 11) % 7);
+    return t;
+}
+
+std::vector<std::u16string> FakeSystem::environmentBlock() {
+    auto entries = envFirst;
+    for (const auto& [key, value] : env)
+        entries.push_back(key + u"=" + value);
+    return entries;
+}
+
+std::u16string FakeSystem::fromAnsi(std::string_view bytes) {
+    std::u16string text;
+    for (char c : bytes)
+        text += static_cast<char16_t>(static_cast<unsigned char>(c));
+    return text;
+}
+
 void FakeSystem::sleep(std::uint32_t milliseconds) {
     sleeps.push_back(milliseconds);
     ticks += milliseconds;

@@ -18,6 +18,12 @@ public:
     std::optional<OsVersion> version = OsVersion{6, 1, 7601, 2};
     std::optional<std::u16string> user = u"anna";
     std::map<std::u16string, std::u16string> env;
+    // Entries of the environment block ahead of env's, as the system keeps its "=C:=C:\x" ones.
+    std::vector<std::u16string> envFirst;
+    std::optional<std::tm> now = clock(2026, 3, 5, 14, 7, 9);
+
+    // A local time with its weekday and day of the year.
+    static std::tm clock(int year, int month, int day, int hour, int minute, int second);
     std::uint32_t processId = 4242, threadId = 77;
     std::int32_t bias = 0;
     std::map<KnownFolder, std::u16string> folders;
@@ -34,6 +40,9 @@ public:
     std::optional<OsVersion> osVersion() override;
     std::optional<std::u16string> userName(std::size_t bufferChars) override;
     std::optional<std::u16string> environment(const std::u16string& name) override;
+    std::vector<std::u16string> environmentBlock() override;
+    std::optional<std::tm> localTime() override { return now; }
+    std::u16string fromAnsi(std::string_view bytes) override; // as Latin-1
     std::uint32_t tickCount() override { return ticks; }
     void sleep(std::uint32_t milliseconds) override;
     std::uint32_t currentThreadId() override { return threadId; }
