@@ -14,6 +14,8 @@ public:
     // A splice: what stands from the offset on moves behind the bytes.
     void insert(std::size_t at, std::string_view bytes) { text_.insert(at, bytes); }
     void clear() { text_.clear(); }
+    // Drops what stands from the offset on.
+    void truncate(std::size_t length) { text_.resize(length); }
 
     const char* data() const { return text_.data(); }
     std::size_t size() const { return text_.size(); }

@@ -1,9 +1,7 @@
 #pragma once
 
 // The one table of the graphics operators, in their order of registration,
-// each under its stack effect. The image and pattern operators (image,
-// colorimage, imagemask, makepattern, setpattern) are not built yet: their
-// generated forms stand.
+// each under its stack effect.
 //
 // X(name, Class, Declare): Declare(Class) declares the class. Most are
 // KEL_GRAPHICS_OPERATOR, a class that is its execute; the others take a base
@@ -140,6 +138,8 @@
     X("defaultmatrix", DefaultmatrixOperator, KEL_GRAPHICS_OPERATOR)                               \
     /* - showpage -   nothing: the host ends pages */                                              \
     X("showpage", ShowpageOperator, KEL_GRAPHICS_OPERATOR)                                         \
+    /* w h polarity matrix source imagemask -   "BI ... EI\\n", inline */                          \
+    X("imagemask", ImagemaskOperator, KEL_GRAPHICS_OPERATOR)                                       \
     /* proc settransfer -   dropped */                                                             \
     X("settransfer", SettransferOperator, KEL_GRAPHICS_OPERATOR)                                   \
     /* - currenttransfer array   empty, literal */                                                 \
@@ -152,6 +152,10 @@
     X("setflat", SetflatOperator, KEL_LIKE_SETHALFTONE)                                            \
     /* - currentflat 0.2 */                                                                        \
     X("currentflat", CurrentflatOperator, KEL_GRAPHICS_OPERATOR)                                   \
+    /* w h bits matrix sources multi ncomp colorimage - */                                         \
+    X("colorimage", ColorimageOperator, KEL_IMAGER_OPERATOR)                                       \
+    /* w h bits matrix source image - | dict image -   inline or "/PSIn Do\\n" */                  \
+    X("image", ImageOperator, KEL_IMAGER_OPERATOR)                                                 \
     /* any setoverprint -   dropped */                                                             \
     X("setoverprint", SetoverprintOperator, KEL_LIKE_SETHALFTONE)                                  \
     /* - currentoverprint false */                                                                 \
@@ -160,6 +164,10 @@
     X("save", SaveOperator, KEL_GRAPHICS_OPERATOR)                                                 \
     /* any restore -   "Q\\n"; the operand is not looked at */                                     \
     X("restore", RestoreOperator, KEL_GRAPHICS_OPERATOR)                                           \
+    /* dict matrix makepattern dict   the cell goes to a record */                                 \
+    X("makepattern", MakepatternOperator, KEL_MAKEPATTERN_OPERATOR)                                \
+    /* dict setpattern -   "/Pattern cs\\n/PAn scn\\n" */                                          \
+    X("setpattern", SetpatternOperator, KEL_GRAPHICS_OPERATOR)                                     \
     /* - currentfont font   made and stored when absent */                                         \
     X("currentfont", CurrentfontOperator, KEL_GRAPHICS_OPERATOR)                                   \
     /* string print -   to the text of PSExecuteReturnStdOut */                                    \

@@ -3,6 +3,7 @@
 #include "operators/LanguageOperators.h"
 #include "pdf/FontOperators.h"
 #include "pdf/GraphicsOperatorTable.h"
+#include "pdf/ImageOperators.h"
 #include "pdf/MatrixOperators.h"
 #include "pdf/PathOperators.h"
 #include "pdf/Postscript2PdfObject.h"

@@ -38,6 +38,29 @@ void destroyRecord(PdfObject* record) noexcept {
 
 } // namespace
 
+uint64_t hashBytes(const unsigned char* bytes, std::size_t length) {
+    // Four independent lanes keep the multipliers busy; each word is mixed in
+    // by a multiply and a shift.
+    constexpr uint64_t k = 0x9E3779B97F4A7C15ull;
+    uint64_t lane[4] = {k ^ length, k * 3, k * 5, k * 7};
+    auto mix = [](uint64_t h, uint64_t word) {
+        h = (h ^ word) * 0xFF51AFD7ED558CCDull;
+        return h ^ (h >> 32);
+    };
+    std::size_t at = 0;
+    for (; at + 32 <= length; at += 32)
+        for (int i = 0; i < 4; ++i) {
+            uint64_t word;
+            std::memcpy(&word, bytes + at + 8 * i, 8);
+            lane[i] = mix(lane[i], word);
+        }
+    uint64_t tail[4] = {};
+    std::memcpy(tail, bytes + at, length - at);
+    for (int i = 0; i < 4; ++i)
+        lane[i] = mix(lane[i], tail[i]);
+    return mix(mix(lane[0], lane[1]), mix(lane[2], lane[3]));
+}
+
 PdfObjectList& PdfObjectList::process() {
     static PdfObjectList list;
     return list;
@@ -61,11 +84,56 @@ PdfObject* PdfObjectList::addObject(int32_t kind, const char* prefix) {
 
 PdfObject* PdfObjectList::findObject(int32_t kind, const unsigned char* bytes,
                                      std::size_t length) const {
-    for (PdfObject* record : objects_) {
-        if (record->kind != kind || record->dataLength < length) continue;
-        if (length == 0 || std::memcmp(record->data, bytes, length) == 0) return record;
+    auto matches = [&](const PdfObject* record) {
+        return record->kind == kind && record->dataLength >= length &&
+               (length == 0 || std::memcmp(record->data, bytes, length) == 0);
+    };
+    if (length < indexedPrefixLength) {
+        for (PdfObject* record : objects_)
+            if (matches(record)) return record;
+        return nullptr;
+    }
+    // Every record that can match is at least as long as the key: it is in
+    // the bucket of these first bytes, where creation order is kept.
+    auto bucket = byPrefix_.find(hashBytes(bytes, indexedPrefixLength));
+    if (bucket == byPrefix_.end()) return nullptr;
+    uint64_t wholeHash = 0;
+    bool hashed = false;
+    for (const Indexed& entry : bucket->second) {
+        const PdfObject* record = entry.record;
+        if (record->dataLength == length && record->kind == kind) {
+            if (!hashed) {
+                wholeHash = hashBytes(bytes, length);
+                hashed = true;
+            }
+            if (entry.wholeHash != wholeHash) continue;
+        }
+        if (matches(record)) return entry.record;
     }
     return nullptr;
+}
+
+void PdfObjectList::setData(PdfObject* record, unsigned char* bytes, std::size_t length) {
+    std::free(record->data);
+    record->data = bytes;
+    record->dataLength = length;
+    if (length < indexedPrefixLength) return;
+    byPrefix_[hashBytes(bytes, indexedPrefixLength)].push_back(
+        Indexed{record, hashBytes(bytes, length)});
+}
+
+void PdfObjectList::setProcedure(PdfObject* record, PostscriptObject* procedure) {
+    byProcedure_.reserve(byProcedure_.size() + 1);
+    addReference(procedure);
+    releaseReference(static_cast<PostscriptObject*>(record->procedure));
+    record->procedure = procedure;
+    // Records come in creation order: the first one named stays.
+    byProcedure_.emplace(procedure, record);
+}
+
+PdfObject* PdfObjectList::findProcedure(const PostscriptObject* procedure) const {
+    auto found = byProcedure_.find(procedure);
+    return found == byProcedure_.end() ? nullptr : found->second;
 }
 
 void PdfObjectList::emptyObjects() {
@@ -73,6 +141,9 @@ void PdfObjectList::emptyObjects() {
         destroyRecord(record);
     objects_.clear();
     handedOut_.reset();
+    byPrefix_.clear();
+    byProcedure_.clear();
+    ++generation_;
 }
 
 PdfObject** PdfObjectList::handOut(uint64_t* count) {
