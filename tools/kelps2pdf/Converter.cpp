@@ -15,7 +15,7 @@ constexpr float identity[6] = {1, 0, 0, 1, 0, 0};
 // page takes no more memory than this and one call's content.
 constexpr std::size_t contentPart = std::size_t(4) << 20;
 
-enum Kind { patternKind = 1, imageKind = 3 };
+constexpr int patternKind = 1; // a record of kind 3 is an image
 
 bool startsWith(std::string_view text, std::string_view prefix) {
     return text.substr(0, prefix.size()) == prefix;
@@ -34,7 +34,11 @@ constexpr std::string_view blockEnds[] = {"EndResource",  "EndProlog",   "EndSet
 
 Converter::Converter(const Options& options, PdfWriter* writer)
     : options_(options), writer_(writer), handle_(PSOpen(identity)) {
-    if (handle_) PSSetStepLimit(handle_, options.maxSteps);
+    if (handle_) {
+        PSSetStepLimit(handle_, options.maxSteps);
+        // The list is the process's: what other conversions made is not ours to write.
+        PSGetPdfObjects(handle_, &recordsSeen_);
+    }
     pending_.reserve(std::min<std::size_t>(options.chunkSize, std::size_t(64) << 20));
 }
 
@@ -211,8 +215,21 @@ void Converter::endPage() {
         }
         PageResources resources;
         for (const std::string& name : names_) {
-            const auto found = resources_.find(name);
-            if (found == resources_.end()) continue;
+            auto found = resources_.find(name);
+            if (found == resources_.end()) {
+                // An image the list found among the records of an earlier
+                // conversion in this process: written here once as well.
+                for (uint64_t i = 0; i < count && found == resources_.end(); ++i) {
+                    const PdfObject* record = records[i];
+                    if (record && record->name && record->name[0] == '/' &&
+                        name == record->name + 1)
+                        found = resources_
+                                    .emplace(name,
+                                             Resource{writer_->writeRecord(*record), record->kind})
+                                    .first;
+                }
+                if (found == resources_.end()) continue;
+            }
             auto& list =
                 found->second.kind == patternKind ? resources.patterns : resources.xobjects;
             list.emplace_back(name, found->second.object);
