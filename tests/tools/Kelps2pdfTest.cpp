@@ -414,6 +414,17 @@ TEST_F(Run, FailuresAreReportedWithTheirPageAndTheRestGoesOn) {
     EXPECT_NE(errors.find("page 2: "), std::string::npos);
 }
 
+TEST_F(Run, APrologFailureLosesOnlyItsLine) {
+    // The prolog goes a line a call: the definition after the failing line
+    // survives, and the page that uses it converts cleanly.
+    const fs::path input =
+        write("job.ps", header + "%%BeginProlog\n(x) 1 add\n/five 5 def\n%%EndProlog\n" +
+                            page(1, "five five moveto 9 9 lineto stroke\n") + "%%EOF\n");
+    EXPECT_EQ(run({"-n", input.string()}), exitPageFailures);
+    EXPECT_EQ(count(errors, "Exception"), 1) << errors;
+    EXPECT_NE(errors.find("setup: "), std::string::npos) << errors;
+}
+
 TEST_F(Run, ARunawayPageEndsAtTheStepLimitAndKeepsWhatItDrew) {
     const fs::path input =
         write("loop.ps", header + page(1, "0 0 moveto 50 50 lineto stroke\n") +

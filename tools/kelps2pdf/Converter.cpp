@@ -74,7 +74,8 @@ Summary Converter::run(LineReader& reader, const FailureReport& report,
         }
         if (!pending_.empty() && pending_.size() + text.size() > options_.chunkSize) flush();
         pending_.append(text);
-        if (cutAfter || pending_.size() >= options_.chunkSize) flush();
+        const bool lineEnds = text.back() == '\n' || text.back() == '\r';
+        if (cutAfter || pending_.size() >= options_.chunkSize || (lineByLine_ && lineEnds)) flush();
     }
     if (!begun) {
         summary_.empty = true;
@@ -149,12 +150,9 @@ void Converter::flush() {
         while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
             text.pop_back();
         if (text.empty()) text = "the conversion failed without a reason";
-        if (callFeature_) {
-            ++summary_.featureFailures;
-        } else {
-            ++summary_.failures;
-            summary_.failedBytes += pending_.size();
-        }
+        ++(callFeature_ ? summary_.featureFailures : summary_.failures);
+        lineByLine_ = true;
+        summary_.failedBytes += pending_.size();
         (*report_)(Failure{page_, text, pending_.size(), callFeature_});
     }
     pending_.clear();
@@ -187,6 +185,7 @@ void Converter::startPage() {
     if (page_ > 0) endPage();
     // The first page keeps what the prolog and setup drew.
     ++page_;
+    lineByLine_ = false;
     PSStartPage(handle_, identity);
 }
 

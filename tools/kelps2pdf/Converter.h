@@ -31,10 +31,10 @@ struct Summary {
     int pages = 0;
     int failures = 0; // those that count: not feature code
     int featureFailures = 0;
-    std::uint64_t failedBytes = 0;
-    bool empty = false;         // nothing but printer control, or nothing at all
-    bool notPostScript = false; // does not begin with %!
-    std::string title;          // %%Title, raw
+    std::uint64_t failedBytes = 0; // the bytes of every failed call, feature code too
+    bool empty = false;            // nothing but printer control, or nothing at all
+    bool notPostScript = false;    // does not begin with %!
+    std::string title;             // %%Title, raw
 };
 
 class Converter {
@@ -70,7 +70,10 @@ private:
     std::string pending_;      // the bytes of the next call
     bool callFeature_ = false; // the next call holds feature code
     bool runnerNext_ = false;  // the next line runs a feature block
-    int documentDepth_ = 0;    // inside %%BeginDocument
+    // A call a line: in the prolog and setup, where one lost definition makes
+    // later code fail too, and on a page after a failure.
+    bool lineByLine_ = true;
+    int documentDepth_ = 0; // inside %%BeginDocument
     bool dscPages_ = false, sawEof_ = false, titleSeen_ = false;
 
     int page_ = 0;

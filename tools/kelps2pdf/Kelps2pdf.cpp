@@ -162,10 +162,11 @@ int runKelps2pdf(int argc, const char* const* argv) {
             return exitNothingWritten;
         }
     }
-    if (!options.quiet && summary.failures > 0)
+    if (!options.quiet && summary.failures + summary.featureFailures > 0)
         complain(std::to_string(summary.pages) + " pages, " + std::to_string(summary.failures) +
-                 " failure(s); at most " + std::to_string(summary.failedBytes) +
-                 " bytes of input dropped");
+                 " failure(s), " + std::to_string(summary.featureFailures) +
+                 " in feature code; the failed calls held " + std::to_string(summary.failedBytes) +
+                 " bytes of input");
     return summary.failures > 0 ? exitPageFailures : exitClean;
 }
 

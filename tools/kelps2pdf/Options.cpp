@@ -52,8 +52,10 @@ Options:
       --paper SIZE     the size of every page: a3 a4 a5 b5 letter legal tabloid,
                        or WIDTHxHEIGHT in points (612x792); by default from the
                        job's comments or page device requests, else A4
-      --chunk-size N   feed the converter at most N bytes a call, cut at line
-                       ends (suffix K or M; default 4M, at least 64)
+      --chunk-size N   feed a page to the converter in calls of at most N bytes,
+                       cut at line ends (suffix K or M; default 4M, at least 64);
+                       the prolog and setup, and a page after a failure, go a
+                       line a call, since a failure drops the rest of its call
       --max-steps N    end a call that runs more than N objects (a page that
                        loops forever), keep what the page drew and go on; 0 for
                        no limit (default 400000000)
