@@ -22,9 +22,10 @@ for signal in INT TERM; do
     done
     ls "$work" | grep -q '\.part-' || { echo "no temporary file appeared"; exit 1; }
     kill -"$signal" "$pid"
+    # The end of the input: a program that did not stop now completes its PDF.
+    exec 3>&-
     status=0
     wait "$pid" || status=$?
-    exec 3>&-
     rm -f "$fifo"
     [ "$status" -ne 0 ] || { echo "SIG$signal: exit status 0"; exit 1; }
     left="$(ls "$work")"
