@@ -28,6 +28,10 @@ import subprocess
 import sys
 import tempfile
 
+# The PPM reader of the rendering check of the vector benchmark.
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "bench"))
+from vector_bench import pixels  # noqa: E402
+
 SKIP = 77
 
 # Ghostscript and our PDF rendered by Ghostscript at 20 dpi, without
@@ -47,28 +51,9 @@ def run(command, **kwargs):
     return subprocess.run(command, capture_output=True, timeout=120, **kwargs)
 
 
-def pixels(path):
-    """The RGB bytes of a binary PPM (P6, maxval 255)."""
-    data = open(path, "rb").read()
-    fields, at = [], 0
-    while len(fields) < 4:
-        while data[at : at + 1].isspace():
-            at += 1
-        if data[at : at + 1] == b"#":
-            at = data.index(b"\n", at)
-            continue
-        end = at
-        while not data[end : end + 1].isspace():
-            end += 1
-        fields.append(data[at:end])
-        at = end
-    return fields, data[at + 1 :]
-
-
 def differing_share(a, b):
-    fa, pa = pixels(a)
-    fb, pb = pixels(b)
-    if fa != fb:
+    pa, pb = pixels(a), pixels(b)
+    if len(pa) != len(pb):
         return 1.0
     differ = 0
     for i in range(0, len(pa), 3):
