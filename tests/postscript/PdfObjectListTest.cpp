@@ -89,6 +89,18 @@ TEST_F(PdfObjects, NewRecordIsZeroedButUncompressed) {
         EXPECT_EQ(byte, 0);
 }
 
+// The look-up's answer: the record of that name, or none.
+void expectFound(int32_t kind, std::string_view bytes, const char* found) {
+    PdfObject* record =
+        list().findObject(kind, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+    if (!found) {
+        EXPECT_EQ(record, nullptr) << record->name;
+        return;
+    }
+    ASSERT_NE(record, nullptr);
+    EXPECT_STREQ(record->name, found);
+}
+
 struct FindCase {
     int32_t kind;
     const char* bytes;
@@ -111,14 +123,7 @@ TEST_P(FindObject, FindsTheFirstRecordBeginningWithTheBytes) {
     addWithData(imageObjectKind, "/PSI", "abcxyz");  // 4
     list().addObject(patternObjectKind, "/PA");      // 5: no data yet
     const FindCase& row = GetParam();
-    PdfObject* record = list().findObject(
-        row.kind, reinterpret_cast<const unsigned char*>(row.bytes), std::strlen(row.bytes));
-    if (!row.found) {
-        EXPECT_EQ(record, nullptr) << record->name;
-        return;
-    }
-    ASSERT_NE(record, nullptr);
-    EXPECT_STREQ(record->name, row.found);
+    expectFound(row.kind, row.bytes, row.found);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -163,14 +168,7 @@ TEST_P(LongFindObject, FindsTheFirstRecordBeginningWithTheBytes) {
     addWithData(imageObjectKind, "/PSI", run('e', 7000) + run('f', 10));   // 7
     addWithData(imageObjectKind, "/PSI", run('e', 7000) + run('g', 10));   // 8
     const LongFindCase& row = GetParam();
-    PdfObject* record = list().findObject(
-        row.kind, reinterpret_cast<const unsigned char*>(row.bytes.data()), row.bytes.size());
-    if (!row.found) {
-        EXPECT_EQ(record, nullptr) << record->name;
-        return;
-    }
-    ASSERT_NE(record, nullptr);
-    EXPECT_STREQ(record->name, row.found);
+    expectFound(row.kind, row.bytes, row.found);
 }
 
 INSTANTIATE_TEST_SUITE_P(
