@@ -31,7 +31,11 @@ enum class WaitResult { Signalled, Abandoned, Timeout, Failed };
 class MappedView {
 public:
     virtual ~MappedView() = default; // unmaps
+    // For reading; writes that another process reads go through write.
     virtual std::uint8_t* data() = 0;
+    // Copies bytes into the view at offset. Another process sees the writes in the order
+    // they were made, so a field written last can tell that the others are complete.
+    virtual void write(std::size_t offset, const void* bytes, std::size_t size) = 0;
 };
 
 class FileMapping {

@@ -23,6 +23,12 @@ struct Guid {
 
 enum class KnownFolder { LocalAppData, RoamingAppData, Documents };
 
+// A library loaded for its presence alone: it is freed when the holder goes.
+class LoadedLibrary {
+public:
+    virtual ~LoadedLibrary() = default;
+};
+
 // "Netapi32.dll" with NetGetDCName and NetApiBufferFree.
 class NetApi {
 public:
@@ -63,6 +69,13 @@ public:
     virtual std::optional<std::u16string> errorMessage(std::uint32_t code) = 0;
     // Null when the library or one of its two functions is missing.
     virtual std::unique_ptr<NetApi> loadNetApi() = 0;
+    // LoadLibraryW; null on failure.
+    virtual std::unique_ptr<LoadedLibrary> loadLibrary(const std::u16string& name) = 0;
+    // WideCharToMultiByte to UTF-8 of text and its terminator (length -1) into out, which
+    // holds size bytes: the bytes written, terminator included. Size 0 asks for the bytes
+    // needed and writes nothing. When they do not fit, the whole characters that do are
+    // written, unterminated, and the result is 0 with lastError() 122.
+    virtual int wideToUtf8(std::u16string_view text, char* out, int size) = 0;
 };
 
 } // namespace platform

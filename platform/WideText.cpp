@@ -69,6 +69,39 @@ std::u16string fromUtf8(std::string_view text) {
     return out;
 }
 
+std::u16string fromWchar(const wchar_t* text) {
+    std::u16string out;
+    if (!text) return out;
+    for (; *text; ++text) {
+        auto c = static_cast<char32_t>(*text);
+        if constexpr (sizeof(wchar_t) == 2) {
+            out += static_cast<char16_t>(c);
+        } else if (c >= 0x10000 && c <= 0x10FFFF) {
+            c -= 0x10000;
+            out += static_cast<char16_t>(0xD800 + (c >> 10));
+            out += static_cast<char16_t>(0xDC00 + (c & 0x3FF));
+        } else {
+            out += c > 0x10FFFF ? u'\xFFFD' : static_cast<char16_t>(c);
+        }
+    }
+    return out;
+}
+
+std::wstring toWchar(std::u16string_view text) {
+    std::wstring out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char32_t c = text[i];
+        if (sizeof(wchar_t) > 2 && c >= 0xD800 && c < 0xDC00 && i + 1 < text.size() &&
+            text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000) {
+            c = 0x10000 + ((c - 0xD800) << 10) + (text[i + 1] - 0xDC00);
+            ++i;
+        }
+        out += static_cast<wchar_t>(c);
+    }
+    return out;
+}
+
 std::u16string foldCase(std::u16string_view text) {
     std::u16string out(text);
     for (auto& c : out)

@@ -1,6 +1,9 @@
 #include "platform/win32/ScopedHandle.h"
 #include "platform/win32/Win32Platform.h"
 
+#include <atomic>
+#include <cstring>
+
 namespace platform::win32 {
 
 namespace {
@@ -26,6 +29,11 @@ class Win32View : public MappedView {
 public:
     explicit Win32View(void* view) : view_(view) {}
     std::uint8_t* data() override { return static_cast<std::uint8_t*>(view_.get()); }
+    void write(std::size_t offset, const void* bytes, std::size_t size) override {
+        // Every earlier write reaches the other process before this one.
+        std::atomic_thread_fence(std::memory_order_release);
+        std::memcpy(data() + offset, bytes, size);
+    }
 
 private:
     ScopedView view_;

@@ -31,6 +31,14 @@ private:
     NetApiBufferFreeFn free_;
 };
 
+class Win32Library : public LoadedLibrary {
+public:
+    explicit Win32Library(HMODULE module) : module_(module) {}
+
+private:
+    ScopedModule module_;
+};
+
 class Win32System : public System {
 public:
     std::optional<OsVersion> osVersion() override {
@@ -173,6 +181,18 @@ public:
             reinterpret_cast<void*>(::GetProcAddress(module.get(), "NetApiBufferFree")));
         if (!get || !free) return nullptr;
         return std::make_unique<Win32NetApi>(module.release(), get, free);
+    }
+
+    std::unique_ptr<LoadedLibrary> loadLibrary(const std::u16string& name) override {
+        HMODULE module = ::LoadLibraryW(wide(name));
+        if (!module) return nullptr;
+        return std::make_unique<Win32Library>(module);
+    }
+
+    int wideToUtf8(std::u16string_view text, char* out, int size) override {
+        std::u16string terminated(text); // the conversion reads up to the terminator
+        return ::WideCharToMultiByte(CP_UTF8, 0, wide(terminated), -1, out, size, nullptr,
+                                     nullptr);
     }
 };
 } // namespace

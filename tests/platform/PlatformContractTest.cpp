@@ -12,6 +12,7 @@
 #include <atomic>
 #include <cstring>
 #include <string>
+#include <type_traits>
 
 using namespace platform;
 
@@ -160,14 +161,49 @@ TYPED_TEST(PlatformContract, NamedMappingIsSharedBetweenHandles) {
     auto b = opened->mapView(fileMapReadWrite);
     ASSERT_TRUE(a && b);
     EXPECT_EQ(b->data()[8151], 0); // page-file memory starts zeroed
-    std::memcpy(a->data() + 8000, "kel", 4);
+    a->write(8000, "kel", 4);
     EXPECT_STREQ(reinterpret_cast<const char*>(b->data() + 8000), "kel");
+    a->write(8148, "end", 4); // the last bytes of the record
+    EXPECT_STREQ(reinterpret_cast<const char*>(b->data() + 8148), "end");
     // A second create of the name gives the same object.
     auto again = kernel.createFileMapping(nullptr, 8152, name);
     ASSERT_NE(again, nullptr);
     EXPECT_EQ(this->os().system().lastError(), error::alreadyExists);
     EXPECT_STREQ(reinterpret_cast<const char*>(again->mapView(fileMapReadWrite)->data() + 8000),
                  "kel");
+}
+
+// UTF-8 as WideCharToMultiByte gives it with the terminator: whole characters only, and
+// nothing that says so in a buffer too small but its result.
+TYPED_TEST(PlatformContract, WideTextToUtf8CountsAndCutsWholeCharacters) {
+    auto& system = this->os().system();
+    const std::u16string text = u"a\u00e9\u20ac\U0001F600"; // 1, 2, 3 and 4 bytes
+    const std::string utf8 = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
+    EXPECT_EQ(system.wideToUtf8(text, nullptr, 0), 11);
+    char out[16];
+    std::memset(out, '#', sizeof out);
+    EXPECT_EQ(system.wideToUtf8(text, out, 16), 11);
+    EXPECT_EQ(std::string(out, 11), utf8 + '\0');
+    EXPECT_EQ(out[11], '#');
+    struct Short {
+        int size;
+        std::size_t written;
+    };
+    for (auto row : {Short{10, 10}, Short{9, 6}, Short{5, 3}, Short{2, 1}, Short{1, 1}}) {
+        std::memset(out, '#', sizeof out);
+        EXPECT_EQ(system.wideToUtf8(text, out, row.size), 0) << row.size;
+        EXPECT_EQ(system.lastError(), error::insufficientBuffer);
+        EXPECT_EQ(std::string(out, row.written), utf8.substr(0, row.written)) << row.size;
+        EXPECT_EQ(out[row.written], '#') << row.size;
+    }
+}
+
+TYPED_TEST(PlatformContract, LibrariesLoadByNameAndMissingOnesDoNot) {
+    auto& system = this->os().system();
+    EXPECT_NE(system.loadLibrary(u"ieframe.dll"), nullptr);
+    if constexpr (std::is_same_v<TypeParam, FakeBackend>)
+        this->impl.fake.fail(Call::LoadLibrary, error::fileNotFound);
+    EXPECT_EQ(system.loadLibrary(u"kel-no-such-library.dll"), nullptr);
 }
 
 TYPED_TEST(PlatformContract, AutoResetEventWakesOneWait) {

@@ -49,6 +49,8 @@ enum class Call {
     GetSystemDirectory,
     FormatMessage,
     LoadNetApi,
+    LoadLibrary,
+    WideCharToMultiByte,
     NetGetDcName,
     GetFileAttributes,
     CreateDirectory,

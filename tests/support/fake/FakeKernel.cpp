@@ -2,6 +2,9 @@
 
 #include "support/fake/FakeSecurity.h"
 
+#include <cstring>
+#include <stdexcept>
+
 namespace platform {
 
 struct FakeKernel::NamedObject {
@@ -11,6 +14,7 @@ struct FakeKernel::NamedObject {
     bool manualReset = false;
     int ownerCount = 0; // a mutex's recursion count
     std::u16string name;
+    std::vector<FakeViewWrite> writes; // through a mapping's views
 };
 
 FakeKernel::~FakeKernel() = default;
@@ -22,6 +26,12 @@ class FakeView : public MappedView {
 public:
     explicit FakeView(std::shared_ptr<Object> object) : object_(std::move(object)) {}
     std::uint8_t* data() override { return object_->memory.data(); }
+    void write(std::size_t offset, const void* bytes, std::size_t size) override {
+        if (offset > object_->memory.size() || size > object_->memory.size() - offset)
+            throw std::out_of_range("write past the end of a mapping");
+        std::memcpy(object_->memory.data() + offset, bytes, size);
+        object_->writes.push_back({offset, size});
+    }
 
 private:
     std::shared_ptr<Object> object_; // a view keeps its mapping alive, as in the kernel
@@ -120,6 +130,27 @@ void FakeKernel::onEventSet(const std::u16string& name, std::function<void()> ho
     eventHooks_[name] = std::move(hook);
 }
 
+std::optional<FakeObjectCreation> FakeKernel::creationOf(const std::u16string& name) const {
+    auto it = creations_.find(name);
+    if (it == creations_.end()) return std::nullopt;
+    return it->second;
+}
+
+long FakeKernel::references(const std::u16string& name) const {
+    auto object = findObject(name);
+    return object ? object.use_count() - 1 : 0; // not counting the one just made
+}
+
+int FakeKernel::mutexHolds(const std::u16string& name) const {
+    auto object = findObject(name);
+    return object ? object->ownerCount : 0;
+}
+
+std::vector<FakeViewWrite> FakeKernel::viewWrites(const std::u16string& name) const {
+    auto object = findObject(name);
+    return object ? object->writes : std::vector<FakeViewWrite>{};
+}
+
 std::optional<FakeObjectSecurity> FakeKernel::securityOf(const std::u16string& name) const {
     auto it = security_.find(name);
     if (it == security_.end()) return std::nullopt;
@@ -160,7 +191,7 @@ std::shared_ptr<Object> FakeKernel::createNamed(int kind, const std::u16string& 
         return static_cast<int>(object->kind) == kind ? object : nullptr;
     }
     object = std::make_shared<Object>(
-        Object{static_cast<Object::Kind>(kind), {}, false, false, 0, name});
+        Object{static_cast<Object::Kind>(kind), {}, false, false, 0, name, {}});
     if (!name.empty()) objects_[name] = object;
     security_[name] = describe(attributes);
     calls_.lastError = error::success;
@@ -182,7 +213,10 @@ std::unique_ptr<FileMapping> FakeKernel::createFileMapping(const SecurityAttribu
     bool fresh = false;
     auto object = createNamed(static_cast<int>(Object::Kind::Mapping), name, attributes, fresh);
     if (!object) return nullptr;
-    if (fresh) object->memory.assign(size, 0);
+    if (fresh) {
+        object->memory.assign(size, 0);
+        creations_[name] = {false, false, false, size};
+    }
     return std::make_unique<FakeMappingHandle>(*this, object);
 }
 
@@ -196,6 +230,7 @@ std::unique_ptr<Event> FakeKernel::createEvent(const SecurityAttributes* attribu
     if (fresh) {
         object->signalled = initialState;
         object->manualReset = manualReset;
+        creations_[name] = {manualReset, initialState, false, 0};
     }
     return std::make_unique<FakeEventHandle>(*this, object);
 }
@@ -214,6 +249,7 @@ std::unique_ptr<Mutex> FakeKernel::createMutex(const SecurityAttributes* attribu
     auto object = createNamed(static_cast<int>(Object::Kind::Mutex), name, attributes, fresh);
     if (!object) return nullptr;
     auto handle = std::make_unique<FakeMutexHandle>(*this, object);
+    if (fresh) creations_[name] = {false, false, initialOwner, 0};
     if (initialOwner && fresh) handle->own(); // an existing mutex is opened, not taken
     return handle;
 }

@@ -22,6 +22,21 @@ struct FakeObjectSecurity {
     bool operator==(const FakeObjectSecurity&) const = default;
 };
 
+// How a named object was made, as the kernel was asked.
+struct FakeObjectCreation {
+    bool manualReset = false; // events
+    bool initialState = false;
+    bool initialOwner = false; // mutexes
+    std::size_t size = 0;      // mappings
+    bool operator==(const FakeObjectCreation&) const = default;
+};
+
+// One write through a view of a mapping.
+struct FakeViewWrite {
+    std::size_t offset = 0, size = 0;
+    bool operator==(const FakeViewWrite&) const = default;
+};
+
 // Named mappings, events and mutexes in memory. Nothing else runs in the fake: a wait
 // that cannot be satisfied takes its time on the system's clock, or, without limit, is
 // counted and fails.
@@ -34,6 +49,14 @@ public:
     void onEventSet(const std::u16string& name, std::function<void()> hook);
     bool exists(const std::u16string& name) const;
     std::optional<FakeObjectSecurity> securityOf(const std::u16string& name) const;
+    // The last creation of the name, also after the object is gone.
+    std::optional<FakeObjectCreation> creationOf(const std::u16string& name) const;
+    // Open handles and views of a live object; 0 when there is none.
+    long references(const std::u16string& name) const;
+    // How many times a mutex is held, by all its handles together.
+    int mutexHolds(const std::u16string& name) const;
+    // The writes made through views of a live mapping, in order.
+    std::vector<FakeViewWrite> viewWrites(const std::u16string& name) const;
     std::vector<std::u16string> openedMutexNames, openedEventNames, openedMappingNames;
     int foreverWaits = 0; // waits without limit on an object nobody frees
 
@@ -66,6 +89,7 @@ private:
     FakeSystem& system_;
     std::map<std::u16string, std::weak_ptr<NamedObject>> objects_;
     std::map<std::u16string, FakeObjectSecurity> security_;
+    std::map<std::u16string, FakeObjectCreation> creations_;
     std::map<std::u16string, std::function<void()>> eventHooks_;
 };
 

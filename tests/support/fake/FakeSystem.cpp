@@ -2,6 +2,8 @@
 
 #include "platform/WideText.h"
 
+#include <algorithm>
+
 namespace platform {
 
 FakeSystem::FakeSystem(FakeCalls& calls) : calls_(calls) {
@@ -133,6 +135,44 @@ private:
     const std::u16string& domainController_;
 };
 } // namespace
+
+namespace {
+class FakeLibrary : public LoadedLibrary {
+public:
+    explicit FakeLibrary(int& held) : held_(held) { ++held_; }
+    ~FakeLibrary() override { --held_; }
+
+private:
+    int& held_;
+};
+} // namespace
+
+std::unique_ptr<LoadedLibrary> FakeSystem::loadLibrary(const std::u16string& name) {
+    loadedLibraries.push_back(name);
+    if (calls_.failing(Call::LoadLibrary)) return nullptr;
+    return std::make_unique<FakeLibrary>(librariesHeld);
+}
+
+int FakeSystem::wideToUtf8(std::u16string_view text, char* out, int size) {
+    if (calls_.failing(Call::WideCharToMultiByte)) return 0;
+    auto bytes = toUtf8(text.substr(0, text.find(u'\0'))) + '\0';
+    if (size == 0) return static_cast<int>(bytes.size());
+    if (size < 0 || !out) {
+        calls_.lastError = error::invalidParameter;
+        return 0;
+    }
+    if (bytes.size() <= static_cast<std::size_t>(size)) {
+        std::copy(bytes.begin(), bytes.end(), out);
+        return static_cast<int>(bytes.size());
+    }
+    // As much as fits, in whole characters: a byte that starts no sequence continues one.
+    std::size_t fits = static_cast<std::size_t>(size);
+    while (fits > 0 && (static_cast<unsigned char>(bytes[fits]) & 0xC0) == 0x80)
+        --fits;
+    std::copy(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(fits), out);
+    calls_.lastError = error::insufficientBuffer;
+    return 0;
+}
 
 std::unique_ptr<NetApi> FakeSystem::loadNetApi() {
     if (calls_.failing(Call::LoadNetApi) || !netApiPresent) return nullptr;

@@ -57,6 +57,12 @@ public:
     void setLastError(std::uint32_t code) override { calls_.lastError = code; }
     std::optional<std::u16string> errorMessage(std::uint32_t code) override;
     std::unique_ptr<NetApi> loadNetApi() override;
+    std::unique_ptr<LoadedLibrary> loadLibrary(const std::u16string& name) override;
+    int wideToUtf8(std::u16string_view text, char* out, int size) override;
+
+    // Every library loaded, and how many are held now.
+    std::vector<std::u16string> loadedLibraries;
+    int librariesHeld = 0;
 
 private:
     FakeCalls& calls_;
