@@ -50,6 +50,10 @@ void PrintJob::deleteCompletedJobs(platform::Printer& printer) {
         if (job.status & jobStatusComplete) printer.setJob(job.jobId, command);
 }
 
+void PrinterConfig::deleteCompletedJobs() {
+    if (openPrinter(platform::printerAccessUse)) PrintJob::deleteCompletedJobs(*printerHandle);
+}
+
 void getCurrentPrintJobDocName(PrinterConfig& config, std::u16string& docName,
                                std::uint32_t& jobId) {
     trace(u">getCurrentPrintJobDocName %s printer %d\n", docName, config.printerHandle.get());

@@ -22,6 +22,8 @@ public:
     void loadDefaultPrinterName();
     // True when the config has an open printer handle.
     bool openPrinter(std::uint32_t access);
+    // Removes the completed jobs of this printer, opened if need be.
+    void deleteCompletedJobs();
     // portName if set, else printerName, else the product's name: the name of keys and sections.
     std::u16string currentName() const;
 
@@ -35,6 +37,8 @@ public:
     bool setStringSetting(std::u16string_view name, std::u16string_view value);
     // One 32-bit value straight from the registry; a missing value gives true and the default.
     bool readDwordSetting(std::u16string_view name, std::uint32_t& out, std::uint32_t fallback);
+    // The user's session as the product key has it, or the fallback when there is none.
+    std::uint32_t readSessionId(std::uint32_t fallback);
     // DoPrint from the registry: true when it is set and not 0.
     bool readDoPrint(std::uint32_t& doPrint);
     // A first use: the defaults, then the site's kelconf.ini over them.

@@ -88,6 +88,14 @@ bool PrinterConfig::readDwordSetting(std::u16string_view name, std::uint32_t& ou
     return rc == platform::error::success || rc == platform::error::fileNotFound;
 }
 
+std::uint32_t PrinterConfig::readSessionId(std::uint32_t fallback) {
+    const std::u16string product = productKey;
+    auto key = openUserKey(keyAccess::keyRead, &product);
+    std::uint32_t id = fallback;
+    if (key) queryDword(key, u"sessionId", id);
+    return id;
+}
+
 bool PrinterConfig::readDoPrint(std::uint32_t& doPrint) {
     doPrint = 0;
     auto key = openPrinterKey(keyAccess::keyRead);

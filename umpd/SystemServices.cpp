@@ -42,6 +42,11 @@ void errorBox(const char* format, ...) {
     platform::current().reporter().messageBoxA(text, "Error", platform::mbServiceNotification);
 }
 
+void errorBoxText(std::u16string_view text) {
+    platform::current().reporter().messageBox(std::u16string(text), u"Error",
+                                              platform::mbServiceNotification);
+}
+
 void failureBox(std::u16string_view caption, std::uint32_t style) {
     auto text = lastErrorText();
     trace(u"Error: %s GetLastError: %s\n", caption, text);

@@ -21,6 +21,9 @@ std::u16string lastErrorText();
 // A printf-formatted box captioned "Error", shown as a service notification.
 void errorBox(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
+// The same box for a text that carries a wide name.
+void errorBoxText(std::u16string_view text);
+
 // A box after a failed system call: the error's text, captioned with the failure's words.
 void failureBox(std::u16string_view caption, std::uint32_t style);
 

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -60,12 +61,14 @@ public:
         fake.kernel().onEventSet(base + u"_event", [this, answers] {
             if (!peer_.next(message_, 0)) return;
             messages.push_back(message_);
+            if (onMessage) onMessage();
             if (answers) peer_.answer();
         });
     }
 
     LauncherStruct& record() { return peer_.record(); }
     std::vector<LauncherStruct> messages;
+    std::function<void()> onMessage; // runs as each message arrives, before the answer
 
 private:
     LauncherPeer peer_;

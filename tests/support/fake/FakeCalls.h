@@ -66,8 +66,9 @@ enum class Call {
 // access rights asked and the last error.
 class FakeCalls {
 public:
-    // Failures: the next `times` calls (all of them with -1) fail with `code`.
-    void fail(Call call, std::uint32_t code = error::accessDenied, int times = -1);
+    // Failures: after `skip` calls that succeed, the next `times` calls (all of them with -1)
+    // fail with `code`.
+    void fail(Call call, std::uint32_t code = error::accessDenied, int times = -1, int skip = 0);
     void clearFailures();
     int callCount(Call call) const { return calls_[static_cast<int>(call)]; }
 
@@ -88,6 +89,7 @@ private:
     struct Failure {
         std::uint32_t code = 0;
         int times = 0;
+        int skip = 0;
     };
     int calls_[static_cast<int>(Call::Count)] = {};
     std::map<Call, Failure> failures_;
