@@ -293,13 +293,31 @@ bool UmDriver::startOutput() {
     return true;
 }
 
+namespace {
+// Whether a file may stand at path. The file is made with CREATE_ALWAYS, so a name whose
+// existence cannot be told (access denied, say) counts as taken.
+bool mayExist(const std::u16string& path) {
+    auto& os = platform::current();
+    if (os.files().attributes(path)) return true;
+    switch (os.system().lastError()) {
+    case platform::error::fileNotFound:
+    case platform::error::pathNotFound:
+    case platform::error::invalidName:
+    case platform::error::badPathname:
+        return false;
+    default:
+        return true;
+    }
+}
+} // namespace
+
 // An existing file is never written over: a number goes before a final ".pdf" until the
 // name is free. Each collision adds one, so the name grows, and the loop ends at the latest
 // when it no longer fits.
 bool UmDriver::pickFreeName() {
     auto& system = platform::current().system();
     system.seedRandom(system.currentThreadId() * system.tickCount());
-    while (platform::current().files().attributes(filename)) {
+    while (mayExist(filename)) {
         auto dot = filename.rfind(u'.');
         auto keep = dot == std::u16string::npos ? filename.size() : dot;
         std::u16string suffix = u".";
