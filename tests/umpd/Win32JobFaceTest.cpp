@@ -11,6 +11,7 @@
 #include "platform/win32/Windows.h"
 #include "support/fake/FakeReporter.h"
 #include "tools/kelmsnd/LauncherPeer.h"
+#include "umpd/Win32Launcher.h"
 #include "umpd/DomainController.h"
 #include "umpd/LauncherNames.h"
 #include "umpd/LauncherProxy.h"
@@ -115,54 +116,6 @@ TEST(Win32Services, SpoolerIdentityAndDomainController) {
     CloseHandle(mapping);
     EXPECT_TRUE(reports.caught.boxes().empty());
 }
-
-// kelmsnd beside the test program, logging to a file of its own.
-class LauncherPeerProcess {
-public:
-    LauncherPeerProcess() {
-        wchar_t path[MAX_PATH];
-        GetModuleFileNameW(nullptr, path, MAX_PATH);
-        std::wstring dir(path);
-        dir.resize(dir.find_last_of(L'\\') + 1);
-        GetTempPathW(MAX_PATH, path);
-        log = std::wstring(path) + L"kelmsnd-" + std::to_wstring(GetCurrentProcessId()) + L".log";
-        DeleteFileW(log.c_str());
-        std::wstring command = L"\"" + dir + L"kelmsnd.exe\" --log \"" + log + L"\"";
-        STARTUPINFOW si{};
-        si.cb = sizeof si;
-        if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                            &si, &info))
-            return;
-        CloseHandle(info.hThread);
-        // It listens once its alive mutex is there.
-        auto mutex = plainLauncherBase(launcherBaseWord) + u"_mutex";
-        for (int i = 0; i < 200 && !running; ++i) {
-            running = platform::current().kernel().openMutex(SYNCHRONIZE, mutex) != nullptr;
-            if (!running) Sleep(50);
-        }
-    }
-    ~LauncherPeerProcess() {
-        if (!info.hProcess) return;
-        if (WaitForSingleObject(info.hProcess, 0) == WAIT_TIMEOUT)
-            TerminateProcess(info.hProcess, 9);
-        CloseHandle(info.hProcess);
-        DeleteFileW(log.c_str());
-    }
-    DWORD exitCode(DWORD waitMs) {
-        if (WaitForSingleObject(info.hProcess, waitMs) != WAIT_OBJECT_0) return 0xFFFF;
-        DWORD code = 0;
-        GetExitCodeProcess(info.hProcess, &code);
-        return code;
-    }
-    std::string logText() const {
-        auto bytes = platform::current().files().readFile(std::u16string(log.begin(), log.end()));
-        return bytes ? std::string(bytes->begin(), bytes->end()) : "(no log)";
-    }
-
-    PROCESS_INFORMATION info{};
-    std::wstring log;
-    bool running = false;
-};
 
 TEST(Win32Launcher, MessagesArriveByteForByte) {
     CaughtReports reports;

@@ -1,7 +1,9 @@
 // kelmsnd: answers the driver's messages and logs each one.
-//   kelmsnd [--base NAME] [--log FILE] [--count N]
-// NAME defaults to the plain name of this user's launcher. It stops after N messages,
-// or at the stop message (an empty command). The alive mutex shows that it listens.
+//   kelmsnd [--base NAME] [--log FILE] [--count N] [--delay MS]
+// NAME defaults to the plain name of this user's launcher, FILE to the environment's
+// KELMSND_LOG (so that a kelmsnd the driver starts logs too). It answers each message MS
+// milliseconds late, and stops after N messages or at the stop message (an empty command).
+// The alive mutex shows that it listens.
 
 #include "LauncherPeer.h"
 
@@ -24,8 +26,10 @@ bool writeWhole(const std::u16string& path, const std::string& text) {
 
 int main(int argc, char** argv) {
     std::u16string base = plainLauncherBase(launcherBaseWord);
-    std::u16string logPath;
+    std::u16string logPath =
+        platform::current().system().environment(u"KELMSND_LOG").value_or(u"");
     long count = -1;
+    long delay = 0;
     if (argc % 2 == 0) {
         std::fprintf(stderr, "kelmsnd: every option takes a value\n");
         return 2;
@@ -39,6 +43,8 @@ int main(int argc, char** argv) {
             logPath = value;
         else if (option == "--count")
             count = std::strtol(argv[i + 1], nullptr, 10);
+        else if (option == "--delay")
+            delay = std::strtol(argv[i + 1], nullptr, 10);
         else {
             std::fprintf(stderr, "kelmsnd: unknown option %s\n", option.c_str());
             return 2;
@@ -55,6 +61,7 @@ int main(int argc, char** argv) {
         if (!peer.next(message, platform::infinite)) return 1;
         log += LauncherPeer::describe(message);
         if (!logPath.empty()) writeWhole(logPath, log);
+        if (delay > 0) platform::current().system().sleep(static_cast<std::uint32_t>(delay));
         peer.answer();
         if (message.command[0] == u'\0') break; // the stop message
     }
