@@ -166,6 +166,23 @@ TEST_F(JobTest, SpoolerEntryPointsRunTheSameJob) {
     EXPECT_TRUE(fake.reporter().boxes().empty());
 }
 
+// Without a stored default the product's own name stands, not the spooler's printer: its
+// settings, its name in the messages.
+TEST_F(JobTest, SpoolersHandleDoesNotNameThePrinter) {
+    startLauncher();
+    std::uint32_t id = 0;
+    auto handle = fake.spooler().callerHandle(jobPrinterName, jobDocument, id);
+    auto* job = DrvSplStartDoc(handle, id);
+    ASSERT_NE(job, nullptr);
+    EXPECT_EQ(driver(job)->config.currentName(), u"Tamarisk Foliograph");
+    std::uint32_t written = 0;
+    EXPECT_EQ(DrvSplWritePrinter(job, "x", 1, &written), 1);
+    DrvSplEndDoc(job);
+    DrvSplClose(job);
+    EXPECT_EQ(messages().back(), "stopprint|Tamarisk Foliograph|C:\\users\\anna\\AppData\\Local\\"
+                                 "Foliograph\\Report.pdf|Report.pdf");
+}
+
 TEST_F(JobTest, ClosedWithoutAnEndTheFileIsClosedAndNobodyTold) {
     startLauncher();
     auto* job = start2k();
@@ -398,7 +415,10 @@ TEST_F(JobTest, PassthroughWriteIsWholeOrFailed) {
 
 TEST_F(JobTest, CompletedJobsAreRemovedFromTheJobsPrinterOrTheConfigs) {
     auto& queue = fake.spooler().printer(jobPrinterName)->jobs;
-    auto* job = start2k();
+    // The spooler's handle is this printer's; the config names the product's default.
+    std::uint32_t id = 0;
+    auto* job = DrvSplStartDoc(fake.spooler().callerHandle(jobPrinterName, jobDocument, id), id);
+    ASSERT_NE(job, nullptr);
     platform::JobInfo2 done;
     done.jobId = 500;
     done.status = 0x1000;
@@ -413,7 +433,6 @@ TEST_F(JobTest, CompletedJobsAreRemovedFromTheJobsPrinterOrTheConfigs) {
     done.jobId = 501;
     queue.push_back(done);
     auto name = platform::toWchar(jobPrinterName);
-    std::uint32_t id = 0;
     fake.spooler().callerHandle(jobPrinterName, jobDocument, id);
     auto* byName = DocStart(name.data());
     ASSERT_NE(byName, nullptr);

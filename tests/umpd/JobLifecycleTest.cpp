@@ -56,9 +56,12 @@ TEST_P(Modes, JobGoesFromStartToEnd) {
     std::unique_ptr<platform::Event> finish;
     if (row.eventSet)
         finish = fake.kernel().createEvent(nullptr, false, false, u"Local\\FinishPrintEv");
-    // The launcher is told under the job's lock.
-    int holdsWhileTold = -1;
-    if (launcher) launcher->onMessage = [&] { holdsWhileTold = fake.kernel().mutexHolds(mutexName()); };
+    // The launcher is told under the job's lock, each time.
+    std::vector<int> holdsWhileTold;
+    if (launcher)
+        launcher->onMessage = [&] {
+            holdsWhileTold.push_back(fake.kernel().mutexHolds(mutexName()));
+        };
 
     void* job = row.byName ? startByName() : start2k();
     ASSERT_NE(job, nullptr) << boxesShown();
@@ -80,9 +83,7 @@ TEST_P(Modes, JobGoesFromStartToEnd) {
     }
     EXPECT_EQ(fake.files().fileText(u"C:\\windows\\system32\\kelcfg.1"), row.kelcfg);
     EXPECT_EQ(setting(u"printerData4"), row.data4);
-    if (!row.told.empty()) {
-        EXPECT_EQ(holdsWhileTold, 1);
-    }
+    EXPECT_EQ(holdsWhileTold, std::vector<int>(row.told.size(), 1));
     EXPECT_EQ(fake.kernel().mutexHolds(mutexName()), 0);
     EXPECT_TRUE(fake.processes().started.empty());
     EXPECT_EQ(boxesShown(), "");
@@ -247,12 +248,41 @@ TEST_F(JobTest, LongDocumentNamesAreCutAtTheirFirstQuestionMarkOrAt259) {
     for (const auto& row :
          {Row{questioned, std::u16string(120, u'a')}, Row{plain, std::u16string(259, u'c')},
           Row{shortQuestioned, shortQuestioned}, // shorter than 260: kept whole
+          Row{std::u16string(100, u'e') + u"?" + std::u16string(159, u'f'),
+              std::u16string(100, u'e')},
           Row{std::u16string(259, u'd') + u"?", std::u16string(259, u'd')}}) {
         auto* job = start2k(row.given);
         ASSERT_NE(job, nullptr);
         EXPECT_EQ(driver(job)->docName, row.kept) << toUtf8(row.given);
         DrvSplClose(job);
     }
+}
+
+// The session of the user's launcher is the store's, under the product key.
+TEST_F(JobTest, LauncherIsLookedForInTheStoresSession) {
+    fake.registry().setRegistryValue(platform::RegistryRoot::CurrentUser, u"Software\\Foliograph\\",
+                                     u"sessionId", platform::dwordValue(3));
+    startLauncher(u"Session\\3\\kelsend_anna");
+    auto* job = start2k();
+    EXPECT_EQ(driver(job)->sessionId, 3u);
+    EXPECT_EQ(writeAll(job), "111");
+    EXPECT_EQ(DocEnd(job), 1);
+    EXPECT_EQ(messages(), (std::vector<std::string>{startTold, stopTold}));
+    EXPECT_TRUE(fake.processes().started.empty());
+}
+
+// A launcher entry that points to an older driver is repaired as the job starts.
+TEST_F(JobTest, SpoolersJobRepairsAnOldAutostartEntry) {
+    fake.registry().setRegistryValue(platform::RegistryRoot::CurrentUser,
+                                     u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run",
+                                     u"kelmsnd.exe",
+                                     platform::stringValue(u"C:\\old\\2\\kelmsnd.exe"));
+    auto* job = start2k();
+    ASSERT_NE(job, nullptr);
+    ASSERT_EQ(fake.processes().started.size(), 1u);
+    EXPECT_EQ(fake.processes().started[0].commandLine,
+              driverDir + u"kelsetup.exe -printer=\"Foliograph PDF\" -installStartmenu");
+    DrvSplClose(job);
 }
 
 TEST_F(JobTest, ByNameTheDocumentIsTheLastInTheQueue) {
@@ -432,7 +462,7 @@ TEST_F(JobTest, FileThatCannotBeMadeAnywhereFailsTheFirstWrite) {
 
 struct WriteFailureRow {
     const char* name;
-    std::vector<std::string> blocks;
+    std::vector<std::string> blocks; // "null" stands for a null buffer of length 4
     int failingWrite; // WriteFile call that fails (1-based), 0 for none
     std::string results;
     std::string kept; // what the file holds
@@ -448,7 +478,7 @@ TEST_P(WriteFailures, OneBadBlockEndsTheWritingAndKeepsWhatWasWritten) {
     if (row.failingWrite) fake.fail(Call::WriteFile, 112, 1, row.failingWrite - 1);
     std::string results;
     for (const auto& block : row.blocks)
-        results += DocWrite(job, block.empty() ? nullptr : block.data(),
+        results += DocWrite(job, block == "null" ? nullptr : block.data(),
                             static_cast<std::uint32_t>(block.size()))
                        ? '1'
                        : '0';
@@ -466,7 +496,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(WriteFailureRow{"None", {"a", "b", "c"}, 0, "111", "abc", 3},
                       WriteFailureRow{"Second", {"a", "b", "c"}, 2, "100", "a", 2},
                       WriteFailureRow{"First", {"a", "b"}, 1, "00", "", 1},
-                      WriteFailureRow{"EmptyBlock", {"a", "", "c"}, 0, "100", "a", 1}),
+                      WriteFailureRow{"EmptyBlock", {"a", "", "c"}, 0, "100", "a", 1},
+                      WriteFailureRow{"NullBlock", {"a", "null", "c"}, 0, "100", "a", 1}),
     rowName);
 
 TEST_F(JobTest, JobWithoutWritesMakesNoFileAndTellsNobody) {
