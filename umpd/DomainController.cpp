@@ -4,6 +4,7 @@
 #include "umpd/SystemServices.h"
 
 namespace {
+constexpr std::uint8_t stateNotLookedUp = 0;
 constexpr std::uint8_t stateLookingUp = 'w';
 constexpr std::uint8_t stateReady = 'r';
 constexpr std::uint32_t pollInterval = 876;
@@ -26,15 +27,17 @@ std::u16string DomainControllerLookup::lookup() {
         while (data->state == stateLookingUp && system.tickCount() - start < pollLimit)
             system.sleep(pollInterval);
     } else if (data->state != stateReady) {
-        data->state = stateLookingUp;
+        shared_.writeMember(&DomainControllerData::state, stateLookingUp);
         if (auto netApi = system.loadNetApi()) {
-            record->domainController[0] = u'\0';
+            shared_.writeField(&DomainControllerData::domainController, u"");
             std::u16string name;
             if (netApi->getDcName(name) == platform::error::success)
-                copyField(record->domainController, name);
-            data->state = stateReady; // a failure is remembered as an empty name
+                shared_.writeField(&DomainControllerData::domainController, name);
+            // After the name, so that a reader that sees it ready sees the whole name; a
+            // failure is remembered as an empty name.
+            shared_.writeMember(&DomainControllerData::state, stateReady);
         } else {
-            data->state = 0;
+            shared_.writeMember(&DomainControllerData::state, stateNotLookedUp);
         }
     }
     if (data->state != stateReady) return {};

@@ -2,6 +2,7 @@
 
 #include "umpd/SharedRecord.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -21,6 +22,13 @@ public:
     bool mapSharedMemory() { return mapSharedMemory(sharedMemoryName); }
     // The record, mapped first if it is not; null when it cannot be.
     Record* record();
+    // Text into a field of the record, mapped first if it is not; false when it cannot be.
+    template <std::size_t N>
+    bool writeField(char16_t (Record::*field)[N], std::u16string_view text) {
+        if (!record()) return false;
+        shared.writeField(field, text);
+        return true;
+    }
     bool isAlive();
     // Signals the request and waits for the answer; false if it was not delivered.
     bool sendMsg();

@@ -4,6 +4,27 @@
 #include "umpd/LauncherNames.h"
 #include "umpd/SystemServices.h"
 
+#include <initializer_list>
+
+namespace {
+struct FieldText {
+    decltype(&LauncherStruct::printerName) field;
+    std::u16string_view text;
+};
+
+// Clears the fields, fills them, and writes the command last: the launcher reads it first.
+bool sendMessage(LauncherComms& ipc, const char16_t* command,
+                 std::initializer_list<FieldText> fields) {
+    if (!ipc.record()) return false;
+    for (const auto& f : fields)
+        ipc.writeField(f.field, u"");
+    for (const auto& f : fields)
+        ipc.writeField(f.field, f.text);
+    ipc.writeField(&LauncherStruct::command, command);
+    return ipc.sendMsg();
+}
+} // namespace
+
 LauncherProxy::LauncherProxy()
     : ipc(std::make_unique<LauncherComms>(launcherBaseWord, platform::infinite)) {}
 
@@ -19,16 +40,13 @@ bool LauncherProxy::isRunning() {
 }
 
 bool LauncherProxy::stopLauncher() {
-    if (isRunning()) {
-        if (auto* record = ipc->record()) copyField(record->command, u"");
-        return ipc->sendMsg();
-    }
+    if (isRunning()) return sendMessage(*ipc, u"", {}); // the stop message
     // A launcher of an older version lives under the old names.
     auto& os = platform::current();
     auto base = oldVersionLauncherBase(launcherBaseWord);
     SharedRecord old;
     if (old.map(base + u"_sm", sizeof(LauncherStruct)))
-        copyField(reinterpret_cast<LauncherStruct*>(old.view->data())->command, u"");
+        old.writeField(&LauncherStruct::command, u"");
     if (auto event = os.kernel().openEvent(platform::eventAllAccess, base + u"_event")) {
         trace(u"Sending old version kill msg to kelmsnd\n");
         event->set();
@@ -52,31 +70,20 @@ bool CitrixLauncherProxy::isRunning() {
 }
 
 bool CitrixLauncherProxy::sendPrinterCleanup(const char16_t* printerName) {
-    if (auto* record = ipc->record()) {
-        copyField(record->printerName, u"");
-        if (printerName) copyField(record->printerName, printerName);
-    }
-    if (auto* record = ipc->record()) copyField(record->command, printerCleanupCommand);
+    if (ipc->writeField(&LauncherStruct::printerName, u"") && printerName)
+        ipc->writeField(&LauncherStruct::printerName, printerName);
+    ipc->writeField(&LauncherStruct::command, printerCleanupCommand);
     return ipc->sendMsg();
 }
 
 bool sendStartPrint(LauncherComms& ipc, std::u16string_view printerName) {
-    auto* record = ipc.record();
-    if (!record) return false;
-    record->printerName[0] = u'\0';
-    copyField(record->printerName, printerName);
-    copyField(record->command, startPrintCommand); // last: the launcher reads it first
-    return ipc.sendMsg();
+    return sendMessage(ipc, startPrintCommand, {{&LauncherStruct::printerName, printerName}});
 }
 
 bool sendStopPrint(LauncherComms& ipc, std::u16string_view printerName,
                    std::u16string_view filename, std::u16string_view docName) {
-    auto* record = ipc.record();
-    if (!record) return false;
-    record->printerName[0] = record->filename[0] = record->docName[0] = u'\0';
-    copyField(record->printerName, printerName);
-    copyField(record->filename, filename);
-    copyField(record->docName, docName);
-    copyField(record->command, stopPrintCommand);
-    return ipc.sendMsg();
+    return sendMessage(ipc, stopPrintCommand,
+                       {{&LauncherStruct::printerName, printerName},
+                        {&LauncherStruct::filename, filename},
+                        {&LauncherStruct::docName, docName}});
 }

@@ -31,11 +31,13 @@ void failureBox(std::u16string_view caption, std::uint32_t style);
 // nothing: a debugging build gives it a body.
 template <typename... Args> inline void trace(const char16_t* /*format*/, const Args&...) {}
 
-// Copies as much of text as fits in a field of N units, always NUL-terminated.
-template <std::size_t N> void copyField(char16_t (&field)[N], std::u16string_view text) {
+// Copies as much of text as fits in a field of N units, always NUL-terminated; gives the
+// units copied, not counting the NUL.
+template <std::size_t N> std::size_t copyField(char16_t (&field)[N], std::u16string_view text) {
     std::size_t n = text.size() < N - 1 ? text.size() : N - 1;
     text.copy(field, n);
     field[n] = u'\0';
+    return n;
 }
 
 // The text of a NUL-terminated field, never reading past its end.

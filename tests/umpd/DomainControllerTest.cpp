@@ -27,6 +27,7 @@ protected:
 TEST_F(DomainController, FirstProcessLooksUpAndShares) {
     DomainControllerLookup lookup; // the process's holder is a static: its set-up is thread-safe
     EXPECT_EQ(fake.callCount(Call::CreateFileMapping), 1);
+    EXPECT_EQ(fake.kernel().creationOf(recordName), (platform::FakeObjectCreation{.size = 522}));
     auto security = fake.kernel().securityOf(recordName);
     ASSERT_TRUE(security.has_value());
     EXPECT_TRUE(security->openToAll);
@@ -34,6 +35,9 @@ TEST_F(DomainController, FirstProcessLooksUpAndShares) {
     EXPECT_EQ(fake.callCount(Call::OpenFileMapping), 1); // set up with the holder, not at use
     EXPECT_EQ(shared().state, 'r');
     EXPECT_EQ(fieldText(shared().domainController), u"\\\\DC1");
+    // 'w', the name cleared and written, then 'r': a reader that sees it ready sees the name.
+    EXPECT_EQ(fake.kernel().viewWrites(recordName),
+              (std::vector<platform::FakeViewWrite>{{0, 1}, {2, 2}, {2, 12}, {0, 1}}));
     // The next process takes the shared answer.
     DomainControllerLookup other;
     EXPECT_EQ(other.lookup(), u"\\\\DC1");

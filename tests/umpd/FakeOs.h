@@ -52,15 +52,21 @@ protected:
 };
 
 // kelmsnd's side under a base name. Nothing else runs in the fake, so it takes each
-// request as the request event is set, keeps a copy, and answers unless told not to.
+// request as the request event is set, keeps a copy and the writes that made it, and
+// answers unless told not to.
 class FakeLauncher {
 public:
     FakeLauncher(platform::FakePlatform& fake, const std::u16string& base, bool answers = true)
         : peer_(base) {
         EXPECT_TRUE(peer_.start());
-        fake.kernel().onEventSet(base + u"_event", [this, answers] {
+        auto& kernel = fake.kernel();
+        writesSeen_ = kernel.viewWrites(base + u"_sm").size();
+        kernel.onEventSet(base + u"_event", [this, &kernel, base, answers] {
             if (!peer_.next(message_, 0)) return;
             messages.push_back(message_);
+            auto all = kernel.viewWrites(base + u"_sm");
+            writes.emplace_back(all.begin() + static_cast<std::ptrdiff_t>(writesSeen_), all.end());
+            writesSeen_ = all.size();
             if (onMessage) onMessage();
             if (answers) peer_.answer();
         });
@@ -69,10 +75,14 @@ public:
     LauncherStruct& record() { return peer_.record(); }
     std::vector<LauncherStruct> messages;
     std::function<void()> onMessage; // runs as each message arrives, before the answer
+    // For each message, the writes to the record since the one before (or since the
+    // launcher started), in order.
+    std::vector<std::vector<platform::FakeViewWrite>> writes;
 
 private:
     LauncherPeer peer_;
     LauncherStruct message_;
+    std::size_t writesSeen_ = 0;
 };
 
 } // namespace testing_support

@@ -5,7 +5,14 @@
 #include "umpd/SystemServices.h"
 
 #include <cstring>
+#include <ostream>
 #include <set>
+
+namespace platform {
+static void PrintTo(const FakeViewWrite& write, std::ostream* out) {
+    *out << "{" << write.offset << ", " << write.size << "}";
+}
+} // namespace platform
 
 using namespace testing_support;
 using platform::Call;
@@ -13,6 +20,14 @@ using platform::Call;
 namespace {
 
 const std::u16string base = u"Local\\kelsend_anna";
+
+// Where the launcher finds the fields this side writes.
+constexpr std::size_t commandAt = 4, printerAt = 524, fileAt = 1044, docAt = 1564;
+using Writes = std::vector<platform::FakeViewWrite>;
+// A write of a text of that many units and its NUL.
+platform::FakeViewWrite text(std::size_t at, std::size_t units) {
+    return {at, 2 * (units + 1)};
+}
 
 using Names = FakeOsTest;
 
@@ -72,6 +87,9 @@ TEST_P(Send, OnlyATimeOutOrAFailedStepIsNotDelivered) {
     EXPECT_EQ(launcher ? launcher->messages.size() : 0u, row.messages);
     EXPECT_EQ(fake.kernel().foreverWaits, row.foreverWaits);
     EXPECT_EQ(boxesShown(), row.box);
+    // The sender keeps no handle: its answer event is gone, the request is the launcher's.
+    EXPECT_FALSE(fake.kernel().exists(base + u"_event_end"));
+    EXPECT_EQ(fake.kernel().references(base + u"_event"), launcher ? 1 : 0);
 }
 
 constexpr auto none = Call::Count;
@@ -121,13 +139,18 @@ TEST_P(ConversationBySystem, NamesSecurityAndAccess) {
     {
         LauncherComms alone(u"kelsend", platform::infinite);
         ASSERT_TRUE(alone.mapSharedMemory());
+        ASSERT_TRUE(alone.shared.created);
         EXPECT_EQ(fake.kernel().securityOf(base + u"_sm"), expected);
+        EXPECT_EQ(fake.kernel().creationOf(base + u"_sm"),
+                  (platform::FakeObjectCreation{.size = 8152}));
     }
     FakeLauncher launcher(fake, base);
     LauncherComms ipc(u"kelsend", platform::infinite);
     ASSERT_TRUE(sendStartPrint(ipc, u"P"));
     ASSERT_EQ(launcher.messages.size(), 1u);
     EXPECT_EQ(fake.kernel().securityOf(base + u"_event_end"), expected);
+    // Auto-reset and not set: the launcher's one signal answers one wait.
+    EXPECT_EQ(fake.kernel().creationOf(base + u"_event_end"), platform::FakeObjectCreation{});
     using Access = std::set<std::uint32_t>;
     EXPECT_EQ(fake.accessAsked[Call::OpenFileMapping], Access{0xF001F});
     EXPECT_EQ(fake.accessAsked[Call::MapViewOfFile], Access{6});
@@ -175,6 +198,9 @@ TEST_F(Messages, StartPrintCarriesThePrinterNameOnly) {
     EXPECT_EQ(fieldText(m.filename), u"C:\\old.pdf"); // not cleared
     // The old name's tail is still behind the new terminator.
     EXPECT_EQ(m.printerName[11], u'e'); // "a much longer"[11]
+    // The name cleared first, and the command last, as the launcher reads it first.
+    EXPECT_EQ(launcher.writes.at(0),
+              (Writes{text(printerAt, 0), text(printerAt, 10), text(commandAt, 10)}));
 }
 
 TEST_F(Messages, StopPrintCarriesThreeFieldsCutToFitAndNoMore) {
@@ -192,6 +218,9 @@ TEST_F(Messages, StopPrintCarriesThreeFieldsCutToFitAndNoMore) {
         EXPECT_EQ(b, 0xAB);
     for (auto b : m.launcherOwned)
         ASSERT_EQ(b, 0xCD);
+    EXPECT_EQ(launcher.writes.at(0),
+              (Writes{text(printerAt, 0), text(fileAt, 0), text(docAt, 0), text(printerAt, 259),
+                      text(fileAt, 12), text(docAt, 259), text(commandAt, 9)}));
 }
 
 TEST_F(Messages, UnmappableRecordSkipsTheSend) {
@@ -225,6 +254,10 @@ TEST_P(Running, TriesPlainThenSessionNames) {
         row.session ? std::make_unique<CitrixLauncherProxy>(3) : std::make_unique<LauncherProxy>();
     EXPECT_EQ(proxy->isRunning(), row.running);
     EXPECT_EQ(fake.kernel().openedMutexNames, row.tried);
+    // Each look closes its handle at once: the launcher's own is the only one left.
+    if (launcher) {
+        EXPECT_EQ(fake.kernel().references(std::u16string(row.launcherBase) + u"_mutex"), 1);
+    }
     ASSERT_EQ(fake.system().sleeps.size(), row.sleeps);
     // Each staggering sleep is the C runtime's draw after seeding with the process id.
     fake.system().seedRandom(fake.system().processId);
@@ -270,11 +303,14 @@ struct StopRow {
     Call fails;
     const char16_t* commandSeen; // the command of the one message, or null for none
     bool oldNames;               // woken under the old names: the 150 ms pause
+    bool cleared;                // the empty command written, as the one write of the message
+    bool done = true;
+    const char* box = "";
 };
 
 class Stop : public FakeOsTest, public ::testing::WithParamInterface<StopRow> {};
 
-TEST_P(Stop, EndsWithTheEmptyCommandAndReportsDone) {
+TEST_P(Stop, EndsWithTheEmptyCommandAndReportsTheSend) {
     const auto& row = GetParam();
     setVersion(row.major, 2);
     const std::u16string base = row.base;
@@ -283,30 +319,37 @@ TEST_P(Stop, EndsWithTheEmptyCommandAndReportsDone) {
         launcher = std::make_unique<FakeLauncher>(fake, base);
         copyField(launcher->record().command, u"stopprint");
     }
-    if (row.fails != Call::Count) fake.fail(row.fails);
+    if (row.fails != Call::Count) fake.fail(row.fails, 6);
     LauncherProxy proxy;
     fake.system().sleeps.clear();
-    EXPECT_TRUE(proxy.stopLauncher());
+    EXPECT_EQ(proxy.stopLauncher(), row.done);
+    ASSERT_EQ(launcher ? launcher->messages.size() : 0u, row.commandSeen ? 1u : 0u);
     if (row.commandSeen) {
-        ASSERT_EQ(launcher->messages.size(), 1u);
         EXPECT_EQ(fieldText(launcher->messages[0].command), row.commandSeen);
+        EXPECT_EQ(launcher->writes[0], row.cleared ? Writes{text(commandAt, 0)} : Writes{});
     }
     EXPECT_EQ(fake.kernel().openedEventNames.at(0), base + u"_event");
     EXPECT_EQ(fake.kernel().openedMappingNames.back(), base + u"_sm");
     EXPECT_EQ(!fake.system().sleeps.empty() && fake.system().sleeps.back() == 150, row.oldNames);
     EXPECT_EQ(fake.kernel().exists(base + u"_sm"),
               row.launcher); // a record made for the try is gone
-    EXPECT_TRUE(fake.reporter().boxes().empty());
+    // The launcher's record, or the one made for the try, is a whole record.
+    EXPECT_EQ(fake.kernel().creationOf(base + u"_sm"),
+              (platform::FakeObjectCreation{.size = 8152}));
+    EXPECT_EQ(boxesShown(), row.box);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Launchers, Stop,
-    ::testing::Values(StopRow{"Running", 10, u"Local\\kelsend_anna", true, none, u"", false},
-                      StopRow{"OldVersion", 5, u"Global\\kelsend_anna", true, none, u"", true},
+    ::testing::Values(StopRow{"Running", 10, u"Local\\kelsend_anna", true, none, u"", false, true},
+                      StopRow{"RunningButTheSendFails", 10, u"Local\\kelsend_anna", true,
+                              Call::OpenEvent, nullptr, false, true, false, settingFailed},
+                      StopRow{"OldVersion", 5, u"Global\\kelsend_anna", true, none, u"", true,
+                              true},
                       // Nothing could clear the old record, and the launcher is woken all the same.
                       StopRow{"OldVersionWithoutItsRecord", 10, u"Global\\kelsend_anna", true,
-                              Call::MapViewOfFile, u"stopprint", true},
-                      StopRow{"NoneAtAll", 4, u"kelsend_anna", false, none, nullptr, false}),
+                              Call::MapViewOfFile, u"stopprint", true, false},
+                      StopRow{"NoneAtAll", 4, u"kelsend_anna", false, none, nullptr, false, true}),
     rowName);
 
 TEST_F(FakeOsTest, CleanupCarriesThePrinterNameOrNone) {
@@ -320,6 +363,9 @@ TEST_F(FakeOsTest, CleanupCarriesThePrinterNameOrNone) {
     EXPECT_EQ(fieldText(launcher.messages[0].command), u"printercleanup");
     EXPECT_EQ(fieldText(launcher.messages[0].printerName), u"Foliograph");
     EXPECT_EQ(fieldText(launcher.messages[1].printerName), u"");
+    EXPECT_EQ(launcher.writes,
+              (std::vector<Writes>{{text(printerAt, 0), text(printerAt, 10), text(commandAt, 14)},
+                                   {text(printerAt, 0), text(commandAt, 14)}}));
     EXPECT_TRUE(fake.reporter().boxes().empty());
 }
 

@@ -42,6 +42,7 @@ TEST_F(RunProcess, FailureGoesToTheDebugger) {
 const std::u16string runKey = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 const std::u16string driverDir = u"C:\\windows\\system32\\spool\\drivers\\x64\\3\\";
 const std::u16string otherEntry = u"D:\\old\\kelmsnd.exe";
+const std::u16string version2Dir = u"C:\\windows\\system32\\spool\\drivers\\w32x86\\2\\";
 
 struct AutostartRow {
     const char* name;
@@ -78,8 +79,10 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         AutostartRow{"Missing", u"", false},
         AutostartRow{"Current", driverDir + u"kelmsnd.exe", false},
-        AutostartRow{"OldDriverVersion2",
-                     u"C:\\windows\\system32\\spool\\drivers\\w32x86\\2\\kelmsnd.exe", true},
+        AutostartRow{"OldDriverVersion2", version2Dir + u"kelmsnd.exe", true},
+        // The old driver's mark wins over the current directory.
+        AutostartRow{"OldDriverVersion2InTheCurrentDirectory", version2Dir + u"kelmsnd.exe", true,
+                     version2Dir},
         AutostartRow{"OtherPath", otherEntry, true},
         // 400 bytes with its NUL: more than the 260 bytes the value is read into.
         AutostartRow{"TooLongForItsBuffer", std::u16string(199, u'x'), false},

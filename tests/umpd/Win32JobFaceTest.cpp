@@ -22,6 +22,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 using namespace testing_support;
 
 namespace {
@@ -147,6 +149,30 @@ TEST(Win32Launcher, MessagesArriveByteForByte) {
     m.command[0] = u'\0';
     expected += LauncherPeer::describe(m);
     EXPECT_EQ(peer.logText(), expected);
+}
+
+// A launcher on a thread of this process keeps its handle to the answer event: once the
+// sender's wait has returned, the event must have reset itself.
+TEST(Win32Launcher, TheAnswerResetsItselfAsTheSenderTakesIt) {
+    CaughtReports reports;
+    const std::u16string word = u"kelreset";
+    LauncherPeer peer(plainLauncherBase(word));
+    ASSERT_TRUE(peer.start());
+    HANDLE answer = nullptr;
+    std::thread launcher([&] {
+        LauncherStruct message;
+        if (!peer.next(message, 10000)) return;
+        answer = OpenEventW(EVENT_ALL_ACCESS, FALSE, w(plainLauncherBase(word) + u"_event_end"));
+        if (answer) SetEvent(answer);
+    });
+    LauncherComms ipc(word, 10000); // a limit, so that a failed launcher cannot hold the test
+    bool sent = sendStartPrint(ipc, u"Kel Printer");
+    launcher.join();
+    EXPECT_TRUE(sent);
+    ASSERT_NE(answer, nullptr);
+    EXPECT_EQ(WaitForSingleObject(answer, 0), static_cast<DWORD>(WAIT_TIMEOUT));
+    CloseHandle(answer);
+    EXPECT_TRUE(reports.caught.boxes().empty());
 }
 
 } // namespace
