@@ -90,11 +90,12 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "docwrite_bench: kelumpd64.dll not found beside the program\n");
         return 1;
     }
-    auto docStart2K = reinterpret_cast<DocStart2KFn>(
-        reinterpret_cast<void*>(GetProcAddress(dll, "DocStart2K")));
+    auto docStart2K =
+        reinterpret_cast<DocStart2KFn>(reinterpret_cast<void*>(GetProcAddress(dll, "DocStart2K")));
     auto docWrite =
         reinterpret_cast<DocWriteFn>(reinterpret_cast<void*>(GetProcAddress(dll, "DocWrite")));
-    auto docEnd = reinterpret_cast<DocEndFn>(reinterpret_cast<void*>(GetProcAddress(dll, "DocEnd")));
+    auto docEnd =
+        reinterpret_cast<DocEndFn>(reinterpret_cast<void*>(GetProcAddress(dll, "DocEnd")));
 
     // A printer whose files go to a folder of this run, and the launcher beside it.
     const std::u16string printer = u"Kel Bench Printer";
@@ -104,7 +105,8 @@ int main(int argc, char** argv) {
     }
     wchar_t temp[MAX_PATH];
     GetTempPathW(MAX_PATH, temp);
-    std::wstring folder = std::wstring(temp) + L"kelbench-" + std::to_wstring(GetCurrentProcessId());
+    std::wstring folder =
+        std::wstring(temp) + L"kelbench-" + std::to_wstring(GetCurrentProcessId());
     CreateDirectoryW(folder.c_str(), nullptr);
     std::wstring key = L"Software\\Foliograph\\" + std::wstring(w(printer));
     RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), L"DefaultSaveDir", REG_SZ, folder.c_str(),
@@ -133,8 +135,8 @@ int main(int argc, char** argv) {
         std::uint32_t jobId = 0;
         auto handle = startSystemJob(printer, u"Writer - Bench.docx", spooled, jobId);
         double start = seconds();
-        void* job = docStart2K(reinterpret_cast<void*>(handle), jobId, w(printer),
-                               L"Writer - Bench.docx");
+        void* job =
+            docStart2K(reinterpret_cast<void*>(handle), jobId, w(printer), L"Writer - Bench.docx");
         bool ok = job != nullptr;
         for (std::uint64_t i = 0; ok && i < blocks; ++i)
             ok = docWrite(job, block.data(), options.block) == 1;
@@ -179,8 +181,8 @@ int main(int argc, char** argv) {
     memory.cb = sizeof memory;
     GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
     const double mb = static_cast<double>(blocks * options.block) / 1e6;
-    std::printf("%.1f MB in blocks of %u bytes, best of %d runs by wall time:\n", mb,
-                options.block, options.runs);
+    std::printf("%.1f MB in blocks of %u bytes, best of %d runs by wall time:\n", mb, options.block,
+                options.runs);
     std::printf("  job face   %8.3f s  %8.1f MB/s  (DocStart2K, DocWrite, DocEnd, kelmsnd told)\n",
                 bestJob, mb / bestJob);
     std::printf("  WriteFile  %8.3f s  %8.1f MB/s\n", bestCopy, mb / bestCopy);

@@ -26,7 +26,8 @@ UmDriver* readyJob(void* pointer) {
 // there is no room at all.
 void copyOut(std::u16string_view text, wchar_t* buffer, int length) {
     if (!buffer || length <= 0) return;
-    auto wide = platform::toWchar(text.substr(0, cutLength(text, static_cast<std::size_t>(length) - 1)));
+    auto wide =
+        platform::toWchar(text.substr(0, cutLength(text, static_cast<std::size_t>(length) - 1)));
     std::memcpy(buffer, wide.c_str(), (wide.size() + 1) * sizeof(wchar_t));
 }
 } // namespace
@@ -41,7 +42,7 @@ void* DocStart2K(void* printer, std::uint32_t jobId, const wchar_t* printerName,
         trace(u"Printer handle=%d, jobId=%d, printerName=[%s], docName=[%s]\n", printer, jobId,
               name, document);
         return startJob<UmDriver2k>(reinterpret_cast<std::uintptr_t>(printer), jobId,
-                                      documentName ? document.c_str() : nullptr);
+                                    documentName ? document.c_str() : nullptr);
     } catch (...) {
         return nullptr;
     }
@@ -148,7 +149,7 @@ void* DocStart(wchar_t* printerName) {
     try {
         auto name = platform::fromWchar(printerName);
         return startJob<UmDriver>(std::uintptr_t{0}, std::uint32_t{0},
-                                    printerName ? name.c_str() : nullptr);
+                                  printerName ? name.c_str() : nullptr);
     } catch (...) {
         return nullptr;
     }

@@ -30,8 +30,8 @@ void MsgboxThread::show(std::u16string_view text, std::u16string_view caption,
     auto thread = platform::current().processes().startThread([box] { box->run(); });
     if (!thread) {
         // Without a thread the words still reach a debugger.
-        platform::current().reporter().debugOutput(platform::toUtf8(box->caption + u": " +
-                                                                    box->text + u"\n"));
+        platform::current().reporter().debugOutput(
+            platform::toUtf8(box->caption + u": " + box->text + u"\n"));
         return;
     }
     box->threadId = thread->id();

@@ -77,8 +77,8 @@ UmDriver::UmDriver() {
     magic = jobMagic;
     clearJob();
     emptyProcessObjects();
-    mutexName = cutText(std::u16string(isNt5OrLater() ? u"Global\\" : u"") + u"umdriver",
-                        mutexNameChars);
+    mutexName =
+        cutText(std::u16string(isNt5OrLater() ? u"Global\\" : u"") + u"umdriver", mutexNameChars);
     mutex = std::make_unique<DriverMutex>(mutexName);
     registerJob(this);
 }

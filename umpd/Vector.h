@@ -42,8 +42,8 @@ private:
             capacity = growthHint;
             return capacity > 0;
         }
-        std::uint64_t wanted = capacity < 804 ? std::uint64_t{capacity} + 200
-                                              : std::uint64_t{capacity} + capacity / 4;
+        std::uint64_t wanted =
+            capacity < 804 ? std::uint64_t{capacity} + 200 : std::uint64_t{capacity} + capacity / 4;
         if (wanted > std::numeric_limits<std::uint32_t>::max() / sizeof(K)) return false;
         auto* bigger = static_cast<K*>(std::realloc(data, wanted * sizeof(K)));
         if (!bigger) return false;

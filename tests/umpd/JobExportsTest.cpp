@@ -88,7 +88,7 @@ const std::vector<ExportCall>& exportCalls() {
 TEST_F(JobTest, BadPointersAreRefusedAtEveryExportWithoutBeingRead) {
     startLauncher();
     auto* ended = start2k();
-    ASSERT_EQ(DocEnd(ended), 1);             // freed
+    ASSERT_EQ(DocEnd(ended), 1);                                            // freed
     auto converter = PSOpen(std::array<float, 6>{1, 0, 0, 1, 0, 0}.data()); // another object
     std::string text = "not a job";
     // Bytes that carry the magic everywhere: a check of the magic alone would take them.
@@ -124,7 +124,8 @@ TEST_F(JobTest, EndedJobIsNotReady) {
     EXPECT_EQ(driver(job)->state, jobState::ended);
     EXPECT_EQ(messages().size(), 2u);
     for (const auto& call : exportCalls()) {
-        if (std::string(call.name) == "DrvSplWritePrinter" || std::string(call.name) == "DrvSplClose")
+        if (std::string(call.name) == "DrvSplWritePrinter" ||
+            std::string(call.name) == "DrvSplClose")
             continue;
         CurrentFake local;
         EXPECT_EQ(call.call(job), call.badResult) << call.name;
@@ -142,9 +143,8 @@ TEST_F(JobTest, EndedJobIsNotReady) {
 // that printer's settings.
 TEST_F(JobTest, SpoolerEntryPointsRunTheSameJob) {
     startLauncher();
-    fake.registry().setRegistryValue(platform::RegistryRoot::CurrentUser,
-                                     u"Software\\Foliograph\\", u"printerName",
-                                     platform::stringValue(jobPrinterName));
+    fake.registry().setRegistryValue(platform::RegistryRoot::CurrentUser, u"Software\\Foliograph\\",
+                                     u"printerName", platform::stringValue(jobPrinterName));
     std::uint32_t id = 0;
     auto handle = fake.spooler().callerHandle(jobPrinterName, jobDocument, id);
     auto* job = DrvSplStartDoc(handle, id);
@@ -336,8 +336,10 @@ TEST_P(InitFailures, GiveNoJob) {
 INSTANTIATE_TEST_SUITE_P(
     Rows, InitFailures,
     ::testing::Values(
-        InitRow{"NoName", true, nullptr, Call::Count, "Error|umpd - No printer handle or name|200000\n"},
-        InitRow{"EmptyName", true, L"", Call::Count, "Error|umpd - No printer handle or name|200000\n"},
+        InitRow{"NoName", true, nullptr, Call::Count,
+                "Error|umpd - No printer handle or name|200000\n"},
+        InitRow{"EmptyName", true, L"", Call::Count,
+                "Error|umpd - No printer handle or name|200000\n"},
         InitRow{"UnknownPrinter", true, L"Nobody's \u00e9", Call::Count,
                 "Error|umpd - Could not open printer [Nobody's \u00e9]|200000\n"},
         InitRow{"OpenFails", true, L"Foliograph PDF", Call::OpenPrinter,
@@ -398,7 +400,7 @@ TEST_F(JobTest, PassthroughOtherThanOneWritesAFileButEndsAsPassthrough) {
     EXPECT_EQ(writeAll(job), "111");
     auto name = driver(job)->filename;
     EXPECT_EQ(DocEnd(job), 1);
-    EXPECT_EQ(file(name), wholeJob); // closed when the job went
+    EXPECT_EQ(file(name), wholeJob);  // closed when the job went
     EXPECT_EQ(messages().size(), 1u); // started, and never told of the end
     EXPECT_TRUE(fake.spooler().printer(jobPrinterName)->written.empty());
 }
@@ -451,8 +453,8 @@ TEST(JobIds, GrowByTwoHundredThenByAQuarterAndZeroTheTail) {
         if (capacities.empty() || capacities.back() != ids.capacity)
             capacities.push_back(ids.capacity);
     }
-    EXPECT_EQ(capacities, (std::vector<std::uint32_t>{200, 400, 600, 800, 1000, 1250, 1562, 1952,
-                                                       2440}));
+    EXPECT_EQ(capacities,
+              (std::vector<std::uint32_t>{200, 400, 600, 800, 1000, 1250, 1562, 1952, 2440}));
     for (std::uint32_t i = ids.size; i < ids.capacity; ++i)
         ASSERT_EQ(ids.data[i], 0u);
     EXPECT_TRUE(ids.contains(1999));
@@ -534,8 +536,7 @@ TEST_P(EveryCall, FailingLosesNothingWritten) {
             CurrentFake local;
             local.spooler().addPrinter(jobPrinterName, productDriver, u"FOLIO:");
             local.registry().setRegistryValue(platform::RegistryRoot::CurrentUser, jobPrinterKey,
-                                              u"DefaultSaveDir",
-                                              platform::stringValue(u"C:\\out"));
+                                              u"DefaultSaveDir", platform::stringValue(u"C:\\out"));
             local.registry().setRegistryValue(platform::RegistryRoot::CurrentUser, jobPrinterKey,
                                               u"passthru", platform::dwordValue(passthrough));
             local.files().writeFile(jobOutput, "earlier");

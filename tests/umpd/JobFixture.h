@@ -26,9 +26,9 @@ inline const std::vector<std::string> jobBlocks = {"%PDF-1.4\n", std::string("b\
 
 // A launcher message as one line: command|printer|file|document.
 inline std::string messageLine(const LauncherStruct& m) {
-    return platform::toUtf8(fieldText(m.command)) + "|" + platform::toUtf8(fieldText(m.printerName)) +
-           "|" + platform::toUtf8(fieldText(m.filename)) + "|" +
-           platform::toUtf8(fieldText(m.docName));
+    return platform::toUtf8(fieldText(m.command)) + "|" +
+           platform::toUtf8(fieldText(m.printerName)) + "|" +
+           platform::toUtf8(fieldText(m.filename)) + "|" + platform::toUtf8(fieldText(m.docName));
 }
 
 class JobTest : public FakeOsTest {
@@ -48,8 +48,8 @@ protected:
                                          platform::dwordValue(value));
     }
     std::optional<std::u16string> setting(const std::u16string& name) {
-        auto value = fake.registry().registryValue(platform::RegistryRoot::CurrentUser,
-                                                   jobPrinterKey, name);
+        auto value =
+            fake.registry().registryValue(platform::RegistryRoot::CurrentUser, jobPrinterKey, name);
         if (!value) return std::nullopt;
         if (auto n = platform::valueDword(*value)) return platform::fromUtf8(std::to_string(*n));
         return platform::valueText(*value);
@@ -94,8 +94,8 @@ protected:
     std::string writeAll(void* job, const std::vector<std::string>& blocks = jobBlocks) {
         std::string results;
         for (const auto& block : blocks)
-            results += DocWrite(job, block.data(), static_cast<std::uint32_t>(block.size())) ? '1'
-                                                                                            : '0';
+            results +=
+                DocWrite(job, block.data(), static_cast<std::uint32_t>(block.size())) ? '1' : '0';
         return results;
     }
     std::string file(const std::u16string& path) {

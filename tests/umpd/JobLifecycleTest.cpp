@@ -40,8 +40,8 @@ struct ModeRow {
     std::vector<std::string> told; // the launcher's messages
     std::string printed;           // bytes handed back to the spooler
     std::optional<std::u16string> lastfile = {}, docNameSetting = {};
-    bool eventSet = false;                   // Local\FinishPrintEv signalled
-    std::optional<std::string> kelcfg = {};  // kelcfg.1 in the system folder
+    bool eventSet = false;                    // Local\FinishPrintEv signalled
+    std::optional<std::string> kelcfg = {};   // kelcfg.1 in the system folder
     std::optional<std::u16string> data4 = {}; // printerData4 in the registry
 };
 
@@ -71,7 +71,6 @@ TEST_P(Modes, JobGoesFromStartToEnd) {
     if (!row.file.empty()) {
 
         EXPECT_EQ(file(row.file), wholeJob);
-
     }
     EXPECT_EQ(messages(), row.told);
     const auto& written = fake.spooler().printer(jobPrinterName)->written;
@@ -120,15 +119,34 @@ INSTANTIATE_TEST_SUITE_P(
                 "",
                 {},
                 {}},
-        ModeRow{"FinishEvent", 10, 2, false, {{u"FinishPrintEv", 1}}, false, jobOutput, {}, "",
-                jobOutput, u"Report.pdf", true},
+        ModeRow{"FinishEvent",
+                10,
+                2,
+                false,
+                {{u"FinishPrintEv", 1}},
+                false,
+                jobOutput,
+                {},
+                "",
+                jobOutput,
+                u"Report.pdf",
+                true},
         // Nobody waits on the event: the job ends quietly, the settings stand.
-        ModeRow{"FinishEventUnheard", 10, 2, false, {{u"FinishPrintEv", 1}}, false, jobOutput, {},
-                "", jobOutput, u"Report.pdf"},
+        ModeRow{"FinishEventUnheard",
+                10,
+                2,
+                false,
+                {{u"FinishPrintEv", 1}},
+                false,
+                jobOutput,
+                {},
+                "",
+                jobOutput,
+                u"Report.pdf"},
         ModeRow{"Passthrough", 10, 2, false, {{u"passthru", 1}}, false, u"", {}, wholeJob, {}, {}},
         // Passthrough by name: the config's own handle takes the bytes.
-        ModeRow{"PassthroughByName", 10, 2, true, {{u"passthru", 1}}, false, u"", {}, wholeJob, {},
-                {}},
+        ModeRow{
+            "PassthroughByName", 10, 2, true, {{u"passthru", 1}}, false, u"", {}, wholeJob, {}, {}},
         ModeRow{"Nt4",
                 4,
                 2,
@@ -210,19 +228,19 @@ const std::string gaveUp =
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, Launcher,
-    ::testing::Values(
-        LauncherRow{"Running", 10, 0, false, 0, "", "111"},
-        LauncherRow{"StartedInTheFirstRound", 10, 1, false, 1, "", "111"},
-        LauncherRow{"StartedInTheThirdRound", 10, 3, false, 3, "", "111"},
-        LauncherRow{"StartedInTheTenthRound", 10, 10, false, 10, "", "111"},
-        LauncherRow{"StartedOn5", 5, 2, false, 2, "", "111"},
-        LauncherRow{"NeverRuns", 10, -1, false, 10, gaveUp, "000"},
-        LauncherRow{"NeverRunsOn5", 5, -1, false, 10, gaveUp, "000"},
-        LauncherRow{"NotStartedOnNt4", 4, -1, false, 0,
-                    "Error:kelmsnd.exe is not running.  Please run it before printing to "
-                    "Foliograph.|200010\n",
-                    "000"},
-        LauncherRow{"NotNeededWithTheFinishEvent", 10, -1, true, 0, "", "111"}),
+    ::testing::Values(LauncherRow{"Running", 10, 0, false, 0, "", "111"},
+                      LauncherRow{"StartedInTheFirstRound", 10, 1, false, 1, "", "111"},
+                      LauncherRow{"StartedInTheThirdRound", 10, 3, false, 3, "", "111"},
+                      LauncherRow{"StartedInTheTenthRound", 10, 10, false, 10, "", "111"},
+                      LauncherRow{"StartedOn5", 5, 2, false, 2, "", "111"},
+                      LauncherRow{"NeverRuns", 10, -1, false, 10, gaveUp, "000"},
+                      LauncherRow{"NeverRunsOn5", 5, -1, false, 10, gaveUp, "000"},
+                      LauncherRow{
+                          "NotStartedOnNt4", 4, -1, false, 0,
+                          "Error:kelmsnd.exe is not running.  Please run it before printing to "
+                          "Foliograph.|200010\n",
+                          "000"},
+                      LauncherRow{"NotNeededWithTheFinishEvent", 10, -1, true, 0, "", "111"}),
     rowName);
 
 TEST_F(JobTest, LauncherThatCannotBeToldDoesNotStopTheJob) {
@@ -273,10 +291,9 @@ TEST_F(JobTest, LauncherIsLookedForInTheStoresSession) {
 
 // A launcher entry that points to an older driver is repaired as the job starts.
 TEST_F(JobTest, SpoolersJobRepairsAnOldAutostartEntry) {
-    fake.registry().setRegistryValue(platform::RegistryRoot::CurrentUser,
-                                     u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run",
-                                     u"kelmsnd.exe",
-                                     platform::stringValue(u"C:\\old\\2\\kelmsnd.exe"));
+    fake.registry().setRegistryValue(
+        platform::RegistryRoot::CurrentUser, u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run",
+        u"kelmsnd.exe", platform::stringValue(u"C:\\old\\2\\kelmsnd.exe"));
     auto* job = start2k();
     ASSERT_NE(job, nullptr);
     ASSERT_EQ(fake.processes().started.size(), 1u);
@@ -316,7 +333,7 @@ struct CollisionRow {
     const char* name;
     std::vector<std::u16string> existing;
     std::vector<std::pair<std::u16string, std::u16string>> settings;
-    int numbers; // numbers put in before the name was free
+    int numbers;               // numbers put in before the name was free
     std::u16string stem, tail; // the path is stem, the numbers each after ".", then tail
 };
 
@@ -428,8 +445,7 @@ TEST_F(JobTest, FileThatCannotBeMadeGoesToTheVirtualisedStore) {
     EXPECT_EQ(file(virtualized), wholeJob);
     EXPECT_EQ(fake.system().loadedLibraries, std::vector<std::u16string>{u"ieframe.dll"});
     EXPECT_EQ(fake.system().librariesHeld, 0);
-    EXPECT_EQ(messages().back(),
-              "stopprint|Foliograph PDF|" + toUtf8(virtualized) + "|Report.pdf");
+    EXPECT_EQ(messages().back(), "stopprint|Foliograph PDF|" + toUtf8(virtualized) + "|Report.pdf");
 }
 
 TEST_F(JobTest, FallbackFolderIsTheRoamingOneWithoutALocalOne) {
@@ -463,7 +479,7 @@ TEST_F(JobTest, FileThatCannotBeMadeAnywhereFailsTheFirstWrite) {
 struct WriteFailureRow {
     const char* name;
     std::vector<std::string> blocks; // "null" stands for a null buffer of length 4
-    int failingWrite; // WriteFile call that fails (1-based), 0 for none
+    int failingWrite;                // WriteFile call that fails (1-based), 0 for none
     std::string results;
     std::string kept; // what the file holds
     int writeCalls;

@@ -27,13 +27,15 @@ struct JobFace {
     JobFace() {
         dll = LoadLibraryW((programFolder() + L"kelumpd64.dll").c_str());
         if (!dll) return;
-        docStart2K = find<void*(void*, std::uint32_t, const wchar_t*, const wchar_t*)>("DocStart2K");
+        docStart2K =
+            find<void*(void*, std::uint32_t, const wchar_t*, const wchar_t*)>("DocStart2K");
         docStart = find<void*(wchar_t*)>("?DocStart@@YAPEAXPEA_W@Z");
         docWrite = find<int(void*, const void*, std::uint32_t)>("DocWrite");
         docEnd = find<int(void*)>("DocEnd");
         printerCleanup = find<void(const wchar_t*)>("PrinterCleanup");
         getIntVal = find<int(void*, const wchar_t*, int)>("getIntVal");
-        getStringVal = find<int(void*, const wchar_t*, wchar_t*, int, const wchar_t*)>("getStringVal");
+        getStringVal =
+            find<int(void*, const wchar_t*, wchar_t*, int, const wchar_t*)>("getStringVal");
         getStringMultibyte = find<int(void*, const char*, char*, int)>("getStringMultibyte");
     }
     ~JobFace() {
@@ -119,9 +121,7 @@ protected:
         ASSERT_TRUE(awaitLauncher(false));
     }
 
-    static std::wstring key() {
-        return L"Software\\Foliograph\\" + std::wstring(w(printer));
-    }
+    static std::wstring key() { return L"Software\\Foliograph\\" + std::wstring(w(printer)); }
     void setString(const wchar_t* name, const std::wstring& value) {
         RegSetKeyValueW(HKEY_CURRENT_USER, key().c_str(), name, REG_SZ, value.c_str(),
                         static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
@@ -157,7 +157,8 @@ protected:
         return job;
     }
     void* start2k(const SpoolerJob& job, const std::u16string& document) {
-        return face.docStart2K(reinterpret_cast<void*>(job.handle), job.id, w(printer), w(document));
+        return face.docStart2K(reinterpret_cast<void*>(job.handle), job.id, w(printer),
+                               w(document));
     }
     std::string writeAll(void* job, const std::vector<std::string>& blocks) {
         std::string results;
@@ -353,7 +354,8 @@ TEST_F(Win32Job, TwoJobsAtOnceAreSerialisedAndEachFileIsWhole) {
         HANDLE lock = nullptr;
         std::size_t logged = 0;
         while (!done) {
-            if (!lock) lock = OpenMutexW(SYNCHRONIZE | MUTEX_MODIFY_STATE, FALSE, L"Global\\umdriver");
+            if (!lock)
+                lock = OpenMutexW(SYNCHRONIZE | MUTEX_MODIFY_STATE, FALSE, L"Global\\umdriver");
             auto count = LauncherPeerProcess::messages(launcher.logText()).size();
             if (lock && count > logged) {
                 logged = count;

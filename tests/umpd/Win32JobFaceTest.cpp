@@ -11,7 +11,6 @@
 #include "platform/win32/Windows.h"
 #include "support/fake/FakeReporter.h"
 #include "tools/kelmsnd/LauncherPeer.h"
-#include "umpd/Win32Launcher.h"
 #include "umpd/DomainController.h"
 #include "umpd/LauncherNames.h"
 #include "umpd/LauncherProxy.h"
@@ -19,6 +18,7 @@
 #include "umpd/PrinterConfig.h"
 #include "umpd/SecurityAttributesHolder.h"
 #include "umpd/SystemServices.h"
+#include "umpd/Win32Launcher.h"
 
 #include <gtest/gtest.h>
 

@@ -78,8 +78,7 @@ public:
 
     // A log as kelmsnd writes it, or "(no log)".
     static std::string readLog(const std::wstring& path) {
-        auto bytes =
-            platform::current().files().readFile(std::u16string(path.begin(), path.end()));
+        auto bytes = platform::current().files().readFile(std::u16string(path.begin(), path.end()));
         return bytes ? std::string(bytes->begin(), bytes->end()) : "(no log)";
     }
     // The field lines of a log, without the bytes that follow each.

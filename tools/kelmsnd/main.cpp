@@ -26,8 +26,7 @@ bool writeWhole(const std::u16string& path, const std::string& text) {
 
 int main(int argc, char** argv) {
     std::u16string base = plainLauncherBase(launcherBaseWord);
-    std::u16string logPath =
-        platform::current().system().environment(u"KELMSND_LOG").value_or(u"");
+    std::u16string logPath = platform::current().system().environment(u"KELMSND_LOG").value_or(u"");
     long count = -1;
     long delay = 0;
     if (argc % 2 == 0) {
