@@ -142,23 +142,22 @@ protected:
         return bytes ? std::string(bytes->begin(), bytes->end()) : "(no file)";
     }
 
-    // A job as the spooler starts it: the printer's handle with a document begun on it,
-    // spooled to a file of its own.
+    // A job as the spooler starts it (the printer's handle with a document begun on it,
+    // spooled to a file of its own), and the job face's job on it.
     struct SpoolerJob {
         std::uintptr_t handle = 0;
         std::uint32_t id = 0;
         std::wstring spooled;
+        void* job = nullptr;
     };
-    SpoolerJob spoolerJob(const std::u16string& document) {
+    SpoolerJob start2k(const std::u16string& document) {
         SpoolerJob job;
         job.spooled = folder + L"spooled-" + std::to_wstring(++jobs) + L".prn";
         job.handle = startSystemJob(printer, document,
                                     std::u16string(job.spooled.begin(), job.spooled.end()), job.id);
+        job.job =
+            face.docStart2K(reinterpret_cast<void*>(job.handle), job.id, w(printer), w(document));
         return job;
-    }
-    void* start2k(const SpoolerJob& job, const std::u16string& document) {
-        return face.docStart2K(reinterpret_cast<void*>(job.handle), job.id, w(printer),
-                               w(document));
     }
     std::string writeAll(void* job, const std::vector<std::string>& blocks) {
         std::string results;
@@ -190,8 +189,8 @@ std::string narrow(const std::wstring& text) {
 TEST_F(Win32Job, SpoolersJobLandsByteForByteAndTheLauncherHearsOfIt) {
     LauncherPeerProcess launcher;
     ASSERT_TRUE(launcher.running);
-    auto spooler = spoolerJob(u"Writer - Quarterly report.docx");
-    void* job = start2k(spooler, u"Writer - Quarterly report.docx");
+    auto spooler = start2k(u"Writer - Quarterly report.docx");
+    auto* job = spooler.job;
     ASSERT_NE(job, nullptr);
     EXPECT_EQ(face.getIntVal(job, L"SaveFilenameAction", 9), 0);
     wchar_t saveDir[MAX_PATH] = {};
@@ -231,8 +230,8 @@ TEST_F(Win32Job, JobByNameLandsWhereTheLauncherIsTold) {
 TEST_F(Win32Job, LargeJobInBlocksOfVaryingSizeLandsWhole) {
     LauncherPeerProcess launcher;
     ASSERT_TRUE(launcher.running);
-    auto spooler = spoolerJob(u"Writer - Large.docx");
-    void* job = start2k(spooler, u"Writer - Large.docx");
+    auto spooler = start2k(u"Writer - Large.docx");
+    auto* job = spooler.job;
     ASSERT_NE(job, nullptr);
     const std::uint64_t total = 300ull << 20;
     const std::uint32_t sizes[] = {1, 4095, 65536, 7, 1 << 20, 333333, 4 << 20, 512, 2};
@@ -275,8 +274,8 @@ TEST_F(Win32Job, FinishEventModeStoresTheNamesAndSignals) {
     setNumber(L"FinishPrintEv", 1);
     HANDLE event = CreateEventW(nullptr, FALSE, FALSE, L"Local\\FinishPrintEv");
     ASSERT_NE(event, nullptr);
-    auto spooler = spoolerJob(u"Writer - Finished.docx");
-    void* job = start2k(spooler, u"Writer - Finished.docx");
+    auto spooler = start2k(u"Writer - Finished.docx");
+    auto* job = spooler.job;
     ASSERT_NE(job, nullptr);
     EXPECT_EQ(writeAll(job, blocks), "1111");
     EXPECT_EQ(WaitForSingleObject(event, 0), static_cast<DWORD>(WAIT_TIMEOUT));
@@ -292,8 +291,8 @@ TEST_F(Win32Job, FinishEventModeStoresTheNamesAndSignals) {
 
 TEST_F(Win32Job, PassthroughHandsTheBytesBackToTheSpooler) {
     setNumber(L"passthru", 1);
-    auto spooler = spoolerJob(u"Writer - Passed.docx");
-    void* job = start2k(spooler, u"Writer - Passed.docx");
+    auto spooler = start2k(u"Writer - Passed.docx");
+    auto* job = spooler.job;
     ASSERT_NE(job, nullptr);
     EXPECT_EQ(writeAll(job, blocks), "1111");
     EXPECT_EQ(face.docEnd(job), 1);
@@ -323,8 +322,8 @@ TEST_F(Win32Job, JobStartsTheLauncherFromTheDriverFolder) {
     ASSERT_TRUE(CopyFileW((programFolder() + L"kelmsnd.exe").c_str(), installed.c_str(), FALSE));
     auto log = folder + L"started.log";
     SetEnvironmentVariableW(L"KELMSND_LOG", log.c_str()); // the started launcher inherits it
-    auto spooler = spoolerJob(u"Writer - Started.docx");
-    void* job = start2k(spooler, u"Writer - Started.docx");
+    auto spooler = start2k(u"Writer - Started.docx");
+    auto* job = spooler.job;
     ASSERT_NE(job, nullptr);
     EXPECT_EQ(writeAll(job, blocks), "1111");
     EXPECT_EQ(face.docEnd(job), 1);
@@ -371,8 +370,8 @@ TEST_F(Win32Job, TwoJobsAtOnceAreSerialisedAndEachFileIsWhole) {
         if (lock) CloseHandle(lock);
     });
     auto run = [&](const std::u16string& document, char fill, std::string& results) {
-        auto spooler = spoolerJob(document);
-        void* job = start2k(spooler, document);
+        auto spooler = start2k(document);
+        auto* job = spooler.job;
         if (!job) return;
         std::vector<std::string> parts;
         for (int i = 0; i < 40; ++i)
