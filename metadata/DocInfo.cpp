@@ -3,6 +3,7 @@
 #include "metadata/XmpPacket.h"
 #include "platform/Errors.h"
 #include "umpd/NameMacros.h"
+#include "umpd/PrinterConfig.h"
 
 #include <cstring>
 

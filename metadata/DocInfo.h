@@ -1,10 +1,10 @@
 #pragma once
 
-#include "umpd/PrinterConfig.h"
-
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+class PrinterConfig;
 
 // A printer's document information settings, as one packet sees them.
 struct DocInfo {

@@ -57,11 +57,11 @@ std::u16string formatXmpDate(const std::optional<std::tm>& local, std::int32_t b
     if (!text || text->empty()) return {};
     if (biasMinutes == 0) return *text + u"Z";
     // In 64 bits, so that a bias of INT_MIN has a magnitude too: "+35791394:08".
-    auto magnitude = biasMinutes < 0 ? -static_cast<long long>(biasMinutes)
-                                     : static_cast<long long>(biasMinutes);
+    auto magnitude = biasMinutes < 0 ? -static_cast<std::int64_t>(biasMinutes)
+                                     : static_cast<std::int64_t>(biasMinutes);
     char zone[32];
-    std::snprintf(zone, sizeof zone, "%c%02lld:%02lld", biasMinutes < 0 ? '+' : '-', magnitude / 60,
-                  magnitude % 60);
+    std::snprintf(zone, sizeof zone, "%c%02d:%02d", biasMinutes < 0 ? '+' : '-',
+                  static_cast<int>(magnitude / 60), static_cast<int>(magnitude % 60));
     return *text + platform::fromUtf8(zone);
 }
 

@@ -3,6 +3,7 @@
 #include "metadata/DocInfo.h"
 #include "metadata/PacketText.h"
 #include "umpd/FakeOs.h"
+#include "umpd/PrinterConfig.h"
 
 #include <gtest/gtest.h>
 

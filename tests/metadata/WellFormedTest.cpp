@@ -4,6 +4,7 @@
 #include "metadata/PacketText.h"
 #include "metadata/XmpPacket.h"
 #include "umpd/FakeOs.h"
+#include "umpd/PrinterConfig.h"
 
 #include <gtest/gtest.h>
 
