@@ -286,6 +286,13 @@ TEST_F(JobTest, PacketIsHandedOutWholeOrNotAtAll) {
     DrvSplClose(job);
 }
 
+// A packet with its document id, which each call draws anew, blanked.
+std::string withoutId(std::string packet) {
+    auto at = packet.find("uuid:");
+    if (at != std::string::npos) packet.replace(at + 5, 36, 36, '-');
+    return packet;
+}
+
 TEST_F(JobTest, PacketAsUtf8LeavesWhatFitsUnterminated) {
     auto* job = start2k(u"Writer - Caf\u00e9.docx");
     std::string whole(65536, '#');
@@ -294,10 +301,12 @@ TEST_F(JobTest, PacketAsUtf8LeavesWhatFitsUnterminated) {
     ASSERT_GT(length, 100u);
     std::wstring wide(65536, L'#');
     getStringVal(job, L"pdfaXML", wide.data(), 65536, nullptr);
-    EXPECT_EQ(whole.substr(0, length), toUtf8(platform::fromWchar(wide.c_str())));
+    EXPECT_EQ(withoutId(whole.substr(0, length)),
+              withoutId(toUtf8(platform::fromWchar(wide.c_str()))));
     std::string tight(length + 8, '#');
     ASSERT_EQ(getStringMultibyte(job, "pdfaXML", tight.data(), static_cast<int>(length)), 1);
-    EXPECT_EQ(tight.substr(0, length), whole.substr(0, length)); // all but the terminator
+    // All but the terminator.
+    EXPECT_EQ(withoutId(tight.substr(0, length)), withoutId(whole.substr(0, length)));
     EXPECT_EQ(tight[length], '#');
     char other[8] = "keep";
     ASSERT_EQ(getStringMultibyte(job, "passthru", other, 8), 1);
