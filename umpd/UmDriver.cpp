@@ -112,7 +112,6 @@ void UmDriver::reset() {
 }
 
 void UmDriver::borrowCallerPrinter(std::uintptr_t handle) {
-    callerHandle_ = handle;
     callerPrinter_ = handle ? platform::current().spooler().borrowPrinter(handle) : nullptr;
     jobPrinter = callerPrinter_.get();
 }

@@ -121,7 +121,6 @@ protected:
     // Passthrough: the job goes back to the spooler, through the caller's handle if any.
     bool startPassthrough();
 
-    std::uintptr_t callerHandle_ = 0;
     std::unique_ptr<platform::Printer> callerPrinter_;
 
 private:
