@@ -16,18 +16,17 @@
 namespace {
 const std::u16string pdfaXmlName = u"pdfaXML";
 
-// A job good enough for its export: the magic, and for most the ready bit too.
-UmDriver* readyJob(void* pointer) {
-    auto* job = findJob(pointer);
-    return job && job->ready() ? job : nullptr;
+// A caller's buffer length in characters, terminator included; none when not positive.
+std::size_t roomOf(int length) {
+    return length > 0 ? static_cast<std::size_t>(length) : 0;
 }
 
-// text into a caller's buffer of length characters, terminator included; nothing when
-// there is no room at all.
+// text into a caller's buffer of length characters, cut to fit with its terminator; nothing
+// when there is no room at all.
 void copyOut(std::u16string_view text, wchar_t* buffer, int length) {
-    if (!buffer || length <= 0) return;
-    auto wide =
-        platform::toWchar(text.substr(0, cutLength(text, static_cast<std::size_t>(length) - 1)));
+    auto room = roomOf(length);
+    if (!buffer || room == 0) return;
+    auto wide = platform::toWchar(text.substr(0, cutLength(text, room - 1)));
     std::memcpy(buffer, wide.c_str(), (wide.size() + 1) * sizeof(wchar_t));
 }
 } // namespace
@@ -37,10 +36,9 @@ extern "C" {
 void* DocStart2K(void* printer, std::uint32_t jobId, const wchar_t* printerName,
                  const wchar_t* documentName) {
     try {
-        auto name = platform::fromWchar(printerName);
-        auto document = platform::fromWchar(documentName);
         trace(u"Printer handle=%d, jobId=%d, printerName=[%s], docName=[%s]\n", printer, jobId,
-              name, document);
+              printerName, documentName);
+        auto document = platform::fromWchar(documentName);
         return startJob<UmDriver2k>(reinterpret_cast<std::uintptr_t>(printer), jobId,
                                     documentName ? document.c_str() : nullptr);
     } catch (...) {
@@ -50,11 +48,8 @@ void* DocStart2K(void* printer, std::uint32_t jobId, const wchar_t* printerName,
 
 int DocWrite(void* pointer, const void* buffer, std::uint32_t length) {
     try {
-        auto* job = readyJob(pointer);
-        if (!job) {
-            errorBox("DocWrite invalid parms");
-            return 0;
-        }
+        auto* job = checkedJob(pointer, JobNeed::Ready, "DocWrite invalid parms");
+        if (!job) return 0;
         if (job->state & jobState::writeFailed) return 0;
         if (job->write(buffer, length)) return 1;
         job->state |= jobState::writeFailed;
@@ -65,11 +60,8 @@ int DocWrite(void* pointer, const void* buffer, std::uint32_t length) {
 
 int DocEnd(void* pointer) {
     try {
-        auto* job = readyJob(pointer);
-        if (!job) {
-            errorBox("DocEnd invalid parms");
-            return 0;
-        }
+        auto* job = checkedJob(pointer, JobNeed::Ready, "DocEnd invalid parms");
+        if (!job) return 0;
         std::unique_ptr<UmDriver> ending(job);
         return static_cast<std::uint8_t>(ending->endDoc());
     } catch (...) {
@@ -87,11 +79,8 @@ void PrinterCleanup(const wchar_t* printerName) {
 
 int getIntVal(void* pointer, const wchar_t* name, int fallback) {
     try {
-        auto* job = readyJob(pointer);
-        if (!job) {
-            errorBox("getPrinterName invalid parms");
-            return fallback;
-        }
+        auto* job = checkedJob(pointer, JobNeed::Ready, "getPrinterName invalid parms");
+        if (!job) return fallback;
         return job->config.settings.getInt(platform::fromWchar(name), fallback);
     } catch (...) {
         return fallback;
@@ -101,23 +90,17 @@ int getIntVal(void* pointer, const wchar_t* name, int fallback) {
 int getStringVal(void* pointer, const wchar_t* name, wchar_t* buffer, int length,
                  const wchar_t* fallback) {
     try {
-        auto* job = readyJob(pointer);
-        if (!job) {
-            errorBox("getStringVal invalid parms");
-            return 0;
-        }
+        auto* job = checkedJob(pointer, JobNeed::Ready, "getStringVal invalid parms");
+        if (!job) return 0;
         auto key = platform::fromWchar(name);
         if (name && key == pdfaXmlName) {
             auto packet = buildPdfaXml(job->config, job->docName);
-            copyOut(packet.size() >= static_cast<std::size_t>(length > 0 ? length : 0)
-                        ? std::u16string_view()
-                        : std::u16string_view(packet),
-                    buffer, length);
+            if (packet.size() >= roomOf(length)) packet.clear(); // whole or not at all
+            copyOut(packet, buffer, length);
             return 1;
         }
         const auto* value = job->config.settings.get(key);
-        if (value && !value->empty() && length > 0 &&
-            value->size() < static_cast<std::size_t>(length))
+        if (value && !value->empty() && value->size() < roomOf(length))
             copyOut(*value, buffer, length);
         else if (fallback) // cut to the buffer: its length was never checked
             copyOut(platform::fromWchar(fallback), buffer, length);
@@ -129,11 +112,8 @@ int getStringVal(void* pointer, const wchar_t* name, wchar_t* buffer, int length
 
 int getStringMultibyte(void* pointer, const char* name, char* buffer, int length) {
     try {
-        auto* job = readyJob(pointer);
-        if (!job) {
-            errorBox("getStringMultibyte invalid parms");
-            return 0;
-        }
+        auto* job = checkedJob(pointer, JobNeed::Ready, "getStringMultibyte invalid parms");
+        if (!job) return 0;
         if (!name || std::strcmp(name, "pdfaXML") != 0) return 1;
         auto packet = buildPdfaXml(job->config, job->docName);
         platform::current().system().wideToUtf8(packet, buffer, length); // unchecked, as designed

@@ -1,5 +1,7 @@
 #include "umpd/JobRegistry.h"
 
+#include "umpd/SystemServices.h"
+
 #include "umpd/UmDriver.h"
 
 #include <mutex>
@@ -36,4 +38,11 @@ UmDriver* findJob(const void* pointer) {
     }
     auto* job = static_cast<UmDriver*>(const_cast<void*>(pointer));
     return job->good() ? job : nullptr;
+}
+
+UmDriver* checkedJob(const void* pointer, JobNeed need, const char* failure) {
+    auto* job = findJob(pointer);
+    if (job && (need == JobNeed::Magic || job->ready())) return job;
+    errorBox("%s", failure);
+    return nullptr;
 }

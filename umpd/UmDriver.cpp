@@ -160,11 +160,11 @@ bool UmDriver::init(std::uintptr_t printerHandle, std::uint32_t id, const char16
     printerInfo.printer = printer;
     const auto* info = printerInfo.fetch();
     if (!info || !info->printerName || info->printerName->empty()) {
-        auto handle = static_cast<std::int32_t>(printerHandle);
-        char hex[16];
-        std::snprintf(hex, sizeof hex, "%x", static_cast<unsigned>(handle));
-        errorBoxText(u"umpd - Could not retrieve printer info - handle [" + decimal(handle) +
-                     u"](0x" + platform::fromUtf8(hex) + u"), [" +
+        auto handle = static_cast<std::int32_t>(printerHandle); // its low 32 bits, as %d shows it
+        char shown[40];
+        std::snprintf(shown, sizeof shown, "[%d](0x%x)", handle, static_cast<unsigned>(handle));
+        errorBoxText(u"umpd - Could not retrieve printer info - handle " +
+                     platform::fromUtf8(shown) + u", [" +
                      (printerName ? std::u16string(printerName) : u"(null)") + u"]");
         return false;
     }
